@@ -1,0 +1,83 @@
+#include "objectscaling.h"
+
+#include <QPushButton>
+#include <QToolButton>
+#include <QWidget>
+
+#include <cmath>
+#include <cstring>
+
+namespace {
+
+int nearest(int length, double factor)
+{
+    return static_cast<int>(std::lround(length * factor));
+}
+
+int truncated(int length, double factor)
+{
+    return static_cast<int>(length * factor);
+}
+
+QSize rounded(const QSize &size, double factor)
+{
+    return {qRound(size.width() * factor), qRound(size.height() * factor)};
+}
+
+void scaleLimits(QWidget &widget, double factor)
+{
+    if (widget.minimumWidth() != 0)
+        widget.setMinimumWidth(nearest(widget.minimumWidth(), factor));
+    if (widget.minimumHeight() != 0)
+        widget.setMinimumHeight(nearest(widget.minimumHeight(), factor));
+    if (widget.maximumWidth() < QWIDGETSIZE_MAX)
+        widget.setMaximumWidth(nearest(widget.maximumWidth(), factor));
+    if (widget.maximumHeight() < QWIDGETSIZE_MAX)
+        widget.setMaximumHeight(nearest(widget.maximumHeight(), factor));
+}
+
+// Only classes of exactly these names: a subclass sizes its icon itself.
+void scaleIcon(QWidget &widget, double factor)
+{
+    const char *const className = widget.metaObject()->className();
+    const auto isA = [className](const char *name) {
+        return std::strcmp(className, name) == 0;
+    };
+    QAbstractButton *button = nullptr;
+    if (isA("QToolButton") || isA("LoadingButton"))
+        button = qobject_cast<QToolButton *>(&widget);
+    else if (isA("QPushButton"))
+        button = qobject_cast<QPushButton *>(&widget);
+    if (button)
+        button->setIconSize(rounded(button->iconSize(), factor));
+}
+
+} // namespace
+
+void Talsen::updateObjectSize(QObject &object, double factor, int resizeSelf)
+{
+    changeObjectSizeInner(object, factor);
+    auto *const widget = qobject_cast<QWidget *>(&object);
+    if (resizeSelf == 0 || !widget)
+        return;
+    widget->setGeometry(truncated(widget->x(), factor), truncated(widget->y(), factor),
+                        truncated(widget->width(), factor), truncated(widget->height(), factor));
+    widget->setMinimumSize(rounded(widget->minimumSize(), factor));
+    widget->setMaximumSize(rounded(widget->maximumSize(), factor));
+}
+
+void Talsen::changeObjectSizeInner(const QObject &object, double factor)
+{
+    // By index and without a copy: a resize may change the list while it is walked.
+    for (int i = 0; i < object.children().size(); ++i) {
+        auto *const child = qobject_cast<QWidget *>(object.children().at(i));
+        if (!child)
+            continue;
+        scaleLimits(*child, factor);
+        child->setGeometry(nearest(child->x(), factor), nearest(child->y(), factor),
+                           nearest(child->width(), factor), nearest(child->height(), factor));
+        scaleIcon(*child, factor);
+        if (const QObject *const same = object.children().value(i))
+            changeObjectSizeInner(*same, factor);
+    }
+}

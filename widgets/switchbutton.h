@@ -1,0 +1,117 @@
+#pragma once
+
+#include <QBrush>
+#include <QColor>
+#include <QSize>
+#include <QWidget>
+
+/// The round knob of a SwitchButton.
+class Slider : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit Slider(QWidget *parent);
+
+    /// Sets the knob's diameter in pixels. The owning switch does so with every layout.
+    void setSize(int diameter);
+
+    /// The knob's diameter in pixels, not the widget's width.
+    int width() const;
+
+    /// Default: white.
+    void SetSliderColor(const QColor &color);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QColor sliderColor = Qt::white;
+    int size = 0;
+};
+
+/// An animated two-state switch: a pill-shaped track with a knob that slides between its ends.
+///
+/// A press, or a SetStatus that changes the state, starts a slide of 100 ms. GetStatus() tells the
+/// new state at once; onValueChanged() reports it when the slide has ended. Until then further
+/// presses and state changes are dropped. A slide that is started on top of another replaces it,
+/// and one report follows.
+///
+/// A change of size places the knob and ends in a slide that reports nothing, not even a press that
+/// falls into it. A switch that is not laid out before it is shown takes its first show for such a
+/// change: see layOut().
+class SwitchButton : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit SwitchButton(QWidget *parent);
+    ~SwitchButton() override;
+
+    /// Changes the state with a slide. If the switch has that state already, or slides, the request
+    /// is dropped; with `forceSignal` the present state is then reported at once.
+    void SetStatus(bool on, bool forceSignal);
+
+    /// True means on. Default: off.
+    bool GetStatus() const;
+
+    /// True from the press or SetStatus that starts a slide until that slide has ended.
+    bool isSliding() const;
+
+    /// Keeps the next completed slide from being reported. A SetStatus that starts no slide takes
+    /// this back.
+    void blockNextSignal();
+
+    /// Lays the switch out at its present size, without a slide of its own and without touching
+    /// what is reported. Whoever builds a panel calls this at the end, after any scaling: the first
+    /// show then brings nothing new, and no report is lost to it.
+    void layOut();
+
+    /// The track when on; default "#E60033". Shows at the next repaint.
+    void SetActiveColor(const QColor &color);
+    /// The track when off; default "#3A3F46". Shows at the next repaint.
+    void SetInactiveColor(const QColor &color);
+    /// The knob; default white. Shows at once.
+    void SetSliderColor(const QColor &color);
+
+    /// Lays out for a size of `w` x `h` pixels; the widget itself keeps its size.
+    void SetSize(int w, int h);
+
+    // As in QWidget, and laid out at once, also while hidden.
+    void setGeometry(const QRect &rect);
+    void setFixedSize(const QSize &fixed);
+    void resize(const QSize &newSize);
+
+Q_SIGNALS:
+    /// A slide has ended: 1 on, 0 off.
+    void onValueChanged(int open);
+    void sendAnimate();
+
+protected Q_SLOTS:
+    void animate();
+
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void place(const QSize &area);
+    void relayout(const QSize &area);
+    void ToActive();
+    void ToInactive();
+    void slide(int fromX, int fromY, int toX);
+    void finishSlide();
+
+    bool blockNext = false;
+    bool status = false;
+    int diameter;
+    int travel;
+    qint16 margin = 2;
+    int duration = 100; // ms
+    bool idle = true;
+    QBrush activeBrush;
+    QBrush inactiveBrush;
+    Slider *slider;
+    QSize laidOut; // invalid until the first layout
+};
