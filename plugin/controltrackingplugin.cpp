@@ -1,0 +1,93 @@
+#include "controltrackingplugin.h"
+
+#include "ui_root.h"
+
+namespace {
+
+constexpr int setControl = 7;
+constexpr int getControl = 8;
+
+enum CommandId : quint8 {
+    TrackingSwitch = 0x04,
+    TrackingMode = 0x07,
+    TrackingType = 0x10,
+    Composition = 0x13,
+};
+
+template <int payloadSize>
+QSharedPointer<M24_Extension> describe(CommandId command, int defaultValue,
+                                       quint8 (&payload)[payloadSize])
+{
+    return QSharedPointer<M24_Extension>::create(M24_Extension{setControl,
+                                                               getControl,
+                                                               defaultValue,
+                                                               payloadSize,
+                                                               {0xFF, 0x53, 0x05, command},
+                                                               1,
+                                                               payload,
+                                                               nullptr});
+}
+
+// A switch that slides takes no state, and being asked would forget that its slide is a silent one.
+void moveTo(SwitchButton *button, bool on)
+{
+    if (!button->isSliding() && button->GetStatus() != on)
+        button->SetStatus(on, false);
+}
+
+} // namespace
+
+ControlTrackingPlugin::ControlTrackingPlugin(QWidget *parent)
+    : QWidget(parent)
+    , ui(new Ui_root)
+    , trackingSwitch(describe(TrackingSwitch, 1, payloadBuffer))
+    , trackingType(describe(TrackingType, 0, payloadBuffer))
+    , trackingMode(describe(TrackingMode, 1, payloadBuffer))
+    , composition(describe(Composition, 0, payloadBuffer))
+{
+    pollTimer.reset(new QTimer);
+}
+
+ControlTrackingPlugin::~ControlTrackingPlugin()
+{
+    // First, so that no poll can reach what goes next.
+    pollTimer.reset();
+    delete ui;
+}
+
+int ControlTrackingPlugin::category()
+{
+    return 0;
+}
+
+QString ControlTrackingPlugin::name()
+{
+    return QStringLiteral("m24_tracking");
+}
+
+void ControlTrackingPlugin::resetToDefault()
+{
+    if (!layout())
+        return;
+
+    moveTo(ui->sw_title, trackingSwitch->defaultValue != 0);
+
+    if (trackingType->defaultValue == 1)
+        ui->rb_hand->click();
+    else if (trackingType->defaultValue == 0)
+        ui->rb_normal->click();
+
+    if (trackingMode->defaultValue == 2)
+        ui->rb_sport->click();
+    else if (trackingMode->defaultValue == 1)
+        ui->rb_normal_mode->click();
+
+    moveTo(ui->sw_picture_mode, composition->defaultValue != 0);
+
+    if (composition->defaultValue == 1)
+        ui->wg_half_body->click();
+    else if (composition->defaultValue == 2)
+        ui->wg_full_body->click();
+    else if (composition->defaultValue == 3)
+        ui->wg_multi_body->click();
+}

@@ -1,0 +1,228 @@
+// How the panel comes to be and follows the camera: set-up, read-back, poll.
+
+#include "controltrackingplugin.h"
+#include "objectscaling.h"
+#include "ui_root.h"
+
+#include <QBoxLayout>
+#include <QCoreApplication>
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QSignalBlocker>
+#include <QTranslator>
+#include <QVector>
+
+#include <chrono>
+#include <iterator>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto retryDelay = 1000ms;
+constexpr auto pollDelay = 3000ms;
+constexpr auto pollInterval = 1000ms;
+
+constexpr double designDotsPerInch = 96.0;
+constexpr int englishLanguage = 1;
+
+// Kept in the catalogs for panels to come; nothing here looks it up.
+[[maybe_unused]] constexpr const char *updateText =
+    QT_TRANSLATE_NOOP("ControlTrackingPlugin", "update");
+
+// Bytes of a status block.
+enum StatusByte { TrackingOn = 1, Type = 2, Mode = 3, Composition = 4 };
+constexpr quint64 shortestPollReply = 3;
+
+void setSilently(SwitchButton *button, bool on)
+{
+    button->blockNextSignal();
+    button->SetStatus(on, false);
+}
+
+void clickSilently(QButtonGroup *group, QAbstractButton *button)
+{
+    const QSignalBlocker silence(group);
+    button->click();
+}
+
+} // namespace
+
+void ControlTrackingPlugin::insertWidget(QWidget *container)
+{
+    installCatalog();
+    ui->setupUi(this);
+    connectControls();
+    placeInto(container);
+
+    const ExtensionUnit reply = readStatus(*trackingSwitch);
+    if (reply.length != 0)
+        applyTrackingStatus(reply);
+    else
+        QTimer::singleShot(retryDelay, this, &ControlTrackingPlugin::retryStatusRead);
+
+    ui->frame_limit_title->hide();
+    ui->frame_limit_setting_spliter->hide();
+
+    scaleForScreen();
+    // Only now have the switches their sizes. Laid out here, they take nothing of what the user
+    // does for a change of theirs when their rows come into sight.
+    for (SwitchButton *const button : {ui->sw_title, ui->sw_picture_mode, ui->sw_limit})
+        button->layOut();
+
+    pollTimer->setInterval(pollInterval);
+    connect(pollTimer.data(), &QTimer::timeout, this, &ControlTrackingPlugin::pollTrackingStatus);
+    QTimer::singleShot(pollDelay, this, &ControlTrackingPlugin::startPolling);
+}
+
+void ControlTrackingPlugin::installCatalog()
+{
+    // Catalogs stay for the life of the process, whatever becomes of the panel.
+    static auto *const catalogs = new QVector<QTranslator *>;
+
+    const int language = commandChannel ? querySetting(QStringLiteral("language")).toInt() : 0;
+    auto *const catalog = new QTranslator;
+    catalogs->append(catalog);
+
+    const auto load = [this, catalog](const QString &locale) {
+        const QString none = QLatin1String("");
+        const QString file = QStringLiteral(":/Plugins/%1_%2.qm").arg(name(), locale);
+        if (catalog->load(file, none, none, none))
+            QCoreApplication::installTranslator(catalog);
+    };
+    const QString chinese = QStringLiteral("zh_CN");
+    load(language == englishLanguage ? QStringLiteral("en_US") : chinese);
+    if (catalog->isEmpty())
+        load(chinese);
+}
+
+void ControlTrackingPlugin::connectControls()
+{
+    connect(ui->frame_title, &QPressFrame::clicked, this, &ControlTrackingPlugin::onTitleClicked);
+    connect(ui->sw_title, &SwitchButton::onValueChanged, this,
+            &ControlTrackingPlugin::onTrackingSwitch);
+    connect(ui->buttonGroup, qOverload<QAbstractButton *, bool>(&QButtonGroup::buttonToggled), this,
+            &ControlTrackingPlugin::onTrackingType);
+    connect(ui->buttonGroup_mode, SIGNAL(buttonToggled(QAbstractButton *, bool)),
+            SLOT(onTrackingMode(QAbstractButton *, bool)));
+    connect(ui->sw_picture_mode, &SwitchButton::onValueChanged, this,
+            &ControlTrackingPlugin::onPictureModeSwitch);
+    connect(ui->buttonGroup_picture_mdoe, SIGNAL(buttonToggled(QAbstractButton *, bool)),
+            SLOT(setPictureModeUI(QAbstractButton *, bool)));
+}
+
+void ControlTrackingPlugin::placeInto(QWidget *container)
+{
+    if (!container->layout())
+        (new QVBoxLayout(container))->setContentsMargins(0, 0, 0, 0);
+
+    if (auto *const box = qobject_cast<QBoxLayout *>(container->layout()))
+        box->insertWidget(0, this);
+    else
+        container->layout()->addWidget(this);
+}
+
+void ControlTrackingPlugin::scaleForScreen()
+{
+    const QScreen *screen = QGuiApplication::screenAt(QCursor::pos());
+    if (!screen)
+        screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return;
+    const double factor = screen->logicalDotsPerInch() / designDotsPerInch;
+    if (factor > 1.0)
+        Talsen::updateObjectSize(*this, factor, 1);
+}
+
+void ControlTrackingPlugin::applyTrackingStatus(const ExtensionUnit &reply)
+{
+    const quint8 type = reply.data[Type];
+    const quint8 picture = reply.data[Composition];
+    const bool on = reply.data[TrackingOn] != 0;
+
+    QPushButton *const pictures[] = {nullptr, ui->wg_half_body, ui->wg_full_body,
+                                     ui->wg_multi_body};
+    if (picture < std::size(pictures)) {
+        setSilently(ui->sw_picture_mode, picture != 0);
+        if (pictures[picture])
+            pictures[picture]->setChecked(true);
+    }
+
+    setSilently(ui->sw_title, on);
+    ui->frame_picture_title->setVisible(on && type == 0);
+    ui->frame_picture_mode->setVisible(on && type == 0 && picture != 0);
+    updateSpliter(host(), ui->frame_spliter, on);
+
+    clickSilently(ui->buttonGroup, type == 1   ? ui->rb_hand
+                                   : type == 2 ? ui->rb_whiteboard
+                                               : ui->rb_normal);
+    clickSilently(ui->buttonGroup_mode, reply.data[Mode] == 2 ? ui->rb_sport : ui->rb_normal_mode);
+}
+
+void ControlTrackingPlugin::retryStatusRead()
+{
+    const ExtensionUnit reply = readStatus(*trackingSwitch);
+    if (reply.length != 0) {
+        applyTrackingStatus(reply);
+        return;
+    }
+    ui->frame_picture_mode->hide();
+    ui->frame_picture_title->hide();
+    ui->frame_limit_title->hide();
+    ui->frame_limit_setting_spliter->hide();
+    updateSpliter(host(), ui->frame_spliter, false);
+}
+
+void ControlTrackingPlugin::startPolling()
+{
+    pollTimer->start();
+}
+
+void ControlTrackingPlugin::pollTrackingStatus()
+{
+    const ExtensionUnit reply = readStatus(*trackingSwitch);
+    // The interval runs from the answer on. With a slow camera the next poll would otherwise be due
+    // already when the deferred step of this one processes events, and would run inside it.
+    pollTimer->start();
+    if (reply.length < shortestPollReply)
+        return;
+
+    const quint8 tracking = reply.data[TrackingOn];
+    const quint8 type = reply.data[Type];
+    const bool on = tracking != 0;
+    // A switch that slides takes no state, and would forget that its slide was to be a silent one.
+    if (tracking != quint8(ui->sw_title->GetStatus()) && !ui->sw_title->isSliding()) {
+        setSilently(ui->sw_title, on);
+        updateSpliter(host(), ui->frame_spliter, on);
+    }
+
+    QPushButton *const types[] = {ui->rb_normal, ui->rb_hand, ui->rb_whiteboard};
+    if (type < std::size(types))
+        clickSilently(ui->buttonGroup, types[type]);
+
+    const bool basic = on && type == 0;
+    updateSpliterSub(host(), ui->frame_picture_title, basic, false);
+    updateSpliterSub(host(), ui->frame_picture_mode, basic && ui->sw_picture_mode->GetStatus(),
+                     true);
+}
+
+void ControlTrackingPlugin::updateSpliterSub(QWidget *host, QWidget *section, bool show,
+                                             bool finish)
+{
+    QWidget *const window = host->window();
+    window->setUpdatesEnabled(false);
+    section->setVisible(show);
+    for (QLayout *const affected : {ui->frame_spliter->layout(), layout(), host->layout()}) {
+        if (affected)
+            affected->invalidate();
+    }
+    if (finish)
+        thawLater(window);
+}
+
+// The container, from insertWidget on; the panel itself should someone take it out.
+QWidget *ControlTrackingPlugin::host()
+{
+    return parentWidget() ? parentWidget() : this;
+}

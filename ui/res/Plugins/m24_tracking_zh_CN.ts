@@ -1,0 +1,70 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_CN" sourcelanguage="en">
+<context>
+    <name>ControlTrackingPlugin</name>
+    <message>
+        <source>update</source>
+        <translation>更新</translation>
+    </message>
+</context>
+<context>
+    <name>root</name>
+    <message>
+        <source>title</source>
+        <translation>AI跟踪</translation>
+    </message>
+    <message>
+        <source>tracking_type</source>
+        <translation>AI跟踪模式</translation>
+    </message>
+    <message>
+        <source>normal</source>
+        <translation>常规</translation>
+    </message>
+    <message>
+        <source>hand</source>
+        <translation>手部</translation>
+    </message>
+    <message>
+        <source>whiteboard</source>
+        <translation>白板</translation>
+    </message>
+    <message>
+        <source>tracking_mode</source>
+        <translation>AI跟踪场景</translation>
+    </message>
+    <message>
+        <source>normal_mode</source>
+        <translation>标准</translation>
+    </message>
+    <message>
+        <source>sport</source>
+        <translation>运动</translation>
+    </message>
+    <message>
+        <source>picture_mode</source>
+        <translation>自动构图</translation>
+    </message>
+    <message>
+        <source>half_body</source>
+        <translation>半身</translation>
+    </message>
+    <message>
+        <source>full_body</source>
+        <translation>全身</translation>
+    </message>
+    <message>
+        <source>multi_body</source>
+        <translation>多人构图</translation>
+    </message>
+    <message>
+        <source>areaLimit</source>
+        <translation>区域跟踪</translation>
+    </message>
+    <message>
+        <source>unLimitArea</source>
+        <translation>非跟踪区域</translation>
+    </message>
+</context>
+</TS>
