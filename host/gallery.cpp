@@ -1,0 +1,281 @@
+#include "gallery.h"
+
+#include "areatile.h"
+#include "bglinelabel.h"
+#include "objectscaling.h"
+#include "pixmapdisplay.h"
+#include "pixmaputils.h"
+#include "qpressframe.h"
+#include "switchbutton.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPainter>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QSlider>
+#include <QSvgRenderer>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int textPoints = 9;
+constexpr int animationTime = 1500; // ms
+constexpr QSize pictureSize(640, 360);
+
+/// Landscape, with an arrow that points up and corners that differ.
+QPixmap ownPicture()
+{
+    QPixmap picture(pictureSize);
+    picture.fill(0x2E5E8C);
+    QPainter painter(&picture);
+    painter.fillRect(0, 0, 120, 120, 0xE60033);
+    painter.fillRect(520, 0, 120, 120, 0xF2B705);
+    painter.fillRect(0, 240, 120, 120, 0x2FA36B);
+    painter.fillRect(520, 240, 120, 120, Qt::white);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::black);
+    painter.drawPolygon(QPolygon(
+        {{320, 50}, {430, 180}, {360, 180}, {360, 310}, {280, 310}, {280, 180}, {210, 180}}));
+    return picture;
+}
+
+QGridLayout &addGroup(QGridLayout &page, const QString &title, int columns = 1)
+{
+    auto *group = new QGroupBox(title);
+    page.addWidget(group, page.count() / 2, page.count() % 2, 1, columns);
+    return *new QGridLayout(group);
+}
+
+/// Returns the caption.
+QLabel *addCell(QGridLayout &grid, int row, int column, QWidget *widget, const QString &text,
+                int columns = 1)
+{
+    auto *caption = new QLabel(text);
+    grid.addWidget(widget, 2 * row, column, 1, columns, Qt::AlignCenter);
+    grid.addWidget(caption, 2 * row + 1, column, 1, columns, Qt::AlignHCenter | Qt::AlignTop);
+    grid.setRowStretch(2 * row + 1, 1);
+    return caption;
+}
+
+void addSwitches(QGridLayout &grid)
+{
+    grid.setHorizontalSpacing(12);
+    for (int i = 0; i < 12; ++i) {
+        const int column = i % 6;
+        const bool on = i % 2 == 1;
+        const bool recoloured = column >= 4;
+        auto *button = new SwitchButton(nullptr);
+        button->setFixedSize(column < 2 ? QSize(40, 20) : QSize(60, 30));
+        button->setEnabled(i < 6);
+        if (recoloured) {
+            button->SetActiveColor(0x2FA36B);
+            button->SetInactiveColor(0x2E5E8C);
+            button->SetSliderColor(0xF2B705);
+        }
+        button->blockNextSignal();
+        button->SetStatus(on, false);
+
+        const QLatin1String kind(i >= 6 ? "disabled, " : recoloured ? "recoloured, " : "");
+        QLabel *const caption = addCell(grid, i / 6, column, button, {});
+        const auto tell = [caption, kind](int open) {
+            caption->setText(kind + QLatin1String(open ? "on" : "off"));
+        };
+        tell(on);
+        QObject::connect(button, &SwitchButton::onValueChanged, caption, tell);
+    }
+}
+
+void addPressFrame(QGridLayout &grid, int column, const QString &caption, bool enabled)
+{
+    auto *frame = new QPressFrame(nullptr);
+    frame->setFixedSize(180, 60);
+    frame->setEnabled(enabled);
+    auto *clicks = new QLabel(QStringLiteral("Clicks: 0"));
+    (new QHBoxLayout(frame))->addWidget(clicks, 0, Qt::AlignCenter);
+    const auto showHover = [frame](bool over) {
+        frame->setStyleSheet(QStringLiteral("QPressFrame { background: %1; border-radius: 5px; }")
+                                 .arg(QLatin1String(over ? "#3A3F46" : "#282B30")));
+    };
+    showHover(false);
+    QObject::connect(frame, &QPressFrame::hoverEvent, frame, showHover);
+    QObject::connect(frame, &QPressFrame::clicked, clicks, [clicks, count = 0]() mutable {
+        clicks->setText(QStringLiteral("Clicks: %1").arg(++count));
+    });
+    addCell(grid, 0, column, frame, caption);
+}
+
+void addGuideLabels(QGridLayout &grid)
+{
+    grid.setSpacing(0);
+    for (int location = 0; location < 8; ++location) {
+        const int cell = location < 4 ? location : location + 1;
+        auto *label = new BgLineLabel(nullptr);
+        label->setMinimumSize(124, 36);
+        label->setAlignment(Qt::AlignCenter);
+        QString style = QStringLiteral("location:%1;").arg(location);
+        if (cell % 2 == 1) { // a side
+            label->setText(style.chopped(1));
+            style.prepend(
+                QStringLiteral("QLabel {\ncolor:#99CECEDA;\nfont: 9pt;\nbackground: #282B30;\n"
+                               "border-radius:13px;\nmargin: 4px;\npadding: 5px;\n}\n"));
+        }
+        label->setStyleSheet(style);
+        grid.addWidget(label, cell / 3, cell % 3);
+    }
+}
+
+void addAreaRow(QGridLayout &grid)
+{
+    auto *frame = new QFrame;
+    frame->setFixedSize(291, 35);
+    frame->setStyleSheet(
+        QStringLiteral("QPushButton {\nbackground: transparent;\nborder: none;\n}"));
+    auto *row = new QHBoxLayout(frame);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(9);
+    auto *add = new QPushButton(QStringLiteral("+"), frame);
+    add->setMinimumSize(91, 35);
+    add->setMaximumWidth(91);
+    add->setStyleSheet(
+        QStringLiteral("QPushButton {\nbackground: #282B30;\nborder-radius:5px;\n}"));
+    row->addWidget(add);
+    row->addStretch();
+
+    QObject::connect(add, &QPushButton::clicked, frame, [row, add, start = -90]() mutable {
+        insertAreaTile(*row, *add, start, start + 20, [] {});
+        start += 30;
+    });
+    add->click();
+    add->click();
+    addCell(grid, 0, 0, frame, QStringLiteral("two to start with, at most three"));
+}
+
+} // namespace
+
+Gallery::Gallery()
+    : m_picture(ownPicture())
+    , m_scale(new QSlider(Qt::Horizontal))
+    , m_scroll(new QScrollArea)
+{
+    setWindowTitle(QStringLiteral("Widget gallery"));
+    // Not the window's own: under a style sheet a widget falls back on the application's.
+    QFont font = QApplication::font();
+    font.setPointSize(textPoints);
+    QApplication::setFont(font);
+
+    auto *scaleText = new QLabel(QStringLiteral("1.0x"));
+    m_scale->setRange(10, 30);
+    connect(m_scale, &QSlider::valueChanged, this, [this, scaleText](int tenths) {
+        scaleText->setText(QStringLiteral("%1x").arg(tenths / 10.0, 0, 'f', 1));
+        rebuild();
+    });
+    auto *choose = new QPushButton(QStringLiteral("Choose picture..."));
+    connect(choose, &QPushButton::clicked, this, [this] {
+        const QString path = QFileDialog::getOpenFileName(this);
+        const QString error = path.isEmpty() ? QString() : setPicture(path);
+        if (!error.isEmpty())
+            QMessageBox::warning(this, windowTitle(), error);
+    });
+    auto *animate = new QPushButton(QStringLiteral("Animate"));
+    connect(animate, &QPushButton::clicked, this, [this] {
+        const QSize target = m_animated->size() / 4;
+        m_animated->startAnimation({{0, 0}, target}, {}, animationTime);
+    });
+
+    auto *bar = new QHBoxLayout;
+    bar->addWidget(new QLabel(QStringLiteral("Scale")));
+    bar->addWidget(m_scale);
+    bar->addWidget(scaleText);
+    bar->addWidget(choose);
+    bar->addWidget(animate);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setAlignment(Qt::AlignCenter);
+    auto *layout = new QVBoxLayout(this);
+    layout->addLayout(bar);
+    layout->addWidget(m_scroll);
+    rebuild();
+    resize(Gallery::sizeHint());
+}
+
+QString Gallery::setPicture(const QString &path)
+{
+    // A drawing has to be told its size, and without one it is no drawing.
+    QSize size(0, 0);
+    if (path.endsWith(QLatin1String("svg"), Qt::CaseInsensitive)) {
+        size = QSvgRenderer(path).defaultSize();
+        if (!size.isEmpty())
+            size.scale(pictureSize, Qt::KeepAspectRatio);
+    }
+    removePixmapCache(path);
+    const QPixmap picture = loadPixmapAutoFormat(path, size, false);
+    if (picture.isNull())
+        return QStringLiteral("Cannot read the picture \"%1\".").arg(path);
+    m_picture = picture;
+    rebuild();
+    return {};
+}
+
+QSize Gallery::sizeHint() const
+{
+    return layout()->sizeHint() - m_scroll->sizeHint() + m_scroll->widget()->size();
+}
+
+void Gallery::addDisplays(QGridLayout &grid)
+{
+    const auto add = [&](const char *caption, const QPixmap *picture, int columns = 1) {
+        const int cell = grid.count() / 2;
+        auto *display = new PixmapDisplay;
+        display->setFixedSize(columns * 152, 112);
+        display->setBackground(0x282B30);
+        if (picture)
+            display->setPixmap(*picture);
+        addCell(grid, cell / 6, cell % 6, display, QLatin1String(caption), columns);
+        return display;
+    };
+    add("stretch", &m_picture)->setScaleType(PixmapDisplay::ScaleStretch);
+    add("fit", &m_picture)->setScaleType(PixmapDisplay::ScaleFit);
+    add("fill", &m_picture)->setScaleType(PixmapDisplay::ScaleFill);
+    for (const int ori : {1, 2, 3}) {
+        constexpr const char *captions[] = {"turned left", "turned round", "turned right"};
+        PixmapDisplay *const turned = add(captions[ori - 1], &m_picture);
+        turned->setPreviewOri(ori);
+        turned->setPreviewForward(ori == 2);
+    }
+    PixmapDisplay *const rounded = add("rounded corners", &m_picture);
+    rounded->setScaleType(PixmapDisplay::ScaleFill);
+    rounded->setRoundCorder(20);
+    rounded->setBackground(Qt::transparent);
+    add("disabled", &m_picture)->setEnabled(false);
+    add("no picture yet", nullptr);
+    add("no picture, blank", nullptr)->hideLoading();
+    m_animated = add("animated", &m_picture, 2);
+}
+
+void Gallery::rebuild()
+{
+    auto *content = new QWidget(this);
+    auto *page = new QGridLayout(content);
+    page->setContentsMargins(0, 0, 0, 0);
+    page->setSizeConstraint(QLayout::SetFixedSize);
+    addSwitches(addGroup(*page, QStringLiteral("Switches")));
+    QGridLayout &frames = addGroup(*page, QStringLiteral("Press frames"));
+    addPressFrame(frames, 0, QStringLiteral("enabled"), true);
+    addPressFrame(frames, 1, QStringLiteral("disabled"), false);
+    addGuideLabels(addGroup(*page, QStringLiteral("Guide labels")));
+    addAreaRow(addGroup(*page, QStringLiteral("Area tiles")));
+    addDisplays(addGroup(*page, QStringLiteral("Picture displays"), 2));
+
+    const double dense = std::max(1.0, logicalDpiX() / 96.0);
+    Talsen::changeObjectSizeInner(*content, dense * m_scale->value() / 10);
+    const auto switches = content->findChildren<SwitchButton *>();
+    for (SwitchButton *const button : switches)
+        button->layOut();
+    page->activate();
+    m_scroll->setWidget(content);
+}

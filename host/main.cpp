@@ -1,0 +1,143 @@
+#include "commandchannel.h"
+#include "gallery.h"
+#include "hostwindow.h"
+#include "options.h"
+#include "pluginfile.h"
+#include "tour.h"
+
+#include <QApplication>
+#include <QPixmap>
+#include <QTextStream>
+#include <QTimer>
+
+#include <chrono>
+#include <clocale>
+#include <memory>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Exit statuses beside 0.
+constexpr int failed = 1;
+constexpr int badArguments = 2;
+
+/// The panel asks a silent camera once more a second after set-up; its slides are over by then.
+constexpr auto settleTime = 1500ms;
+
+void complain(const QString &sentence)
+{
+    QTextStream(stderr) << "orvhost: " << sentence << '\n';
+}
+
+bool writePicture(QWidget &window, const QString &file)
+{
+    const bool written = window.grab().save(file);
+    if (!written)
+        complain(QStringLiteral("Cannot write the picture \"%1\".").arg(file));
+    return written;
+}
+
+int runGallery(const Options &options)
+{
+    Gallery gallery;
+    const QString error =
+        options.picture.isEmpty() ? QString() : gallery.setPicture(options.picture);
+    if (!error.isEmpty()) {
+        complain(error);
+        return failed;
+    }
+    gallery.show();
+
+    if (!options.screenshot.isEmpty()) {
+        QApplication::setQuitOnLastWindowClosed(false);
+        QTimer::singleShot(settleTime, &gallery, [&] {
+            // A screen may have had no room for all of it.
+            gallery.resize(gallery.sizeHint());
+            QCoreApplication::exit(writePicture(gallery, options.screenshot) ? 0 : failed);
+        });
+    }
+    return QApplication::exec();
+}
+
+int runHost(const Options &options, int &argc, char **argv)
+{
+    // Both are read while the application object is made.
+    if (!options.dotsPerInch.isEmpty())
+        qputenv("QT_FONT_DPI", options.dotsPerInch);
+    if (!options.scaleFactor.isEmpty())
+        qputenv("QT_SCALE_FACTOR", options.scaleFactor);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    const QApplication application(argc, argv);
+    HostWindow::applyDarkLook();
+    if (options.gallery)
+        return runGallery(options);
+
+    const PluginFile plugin =
+        PluginFile::load(options.plugin.isEmpty() ? PluginFile::defaultPath() : options.plugin);
+    if (!plugin.error.isEmpty()) {
+        complain(plugin.error);
+        return failed;
+    }
+
+    SimulatedCamera camera;
+    camera.setStatus(options.status);
+    camera.setAnswering(options.answering);
+    camera.setDelay(options.delay);
+    CommandChannel channel(camera);
+    channel.setSetting(QStringLiteral("language"), options.language);
+    HostWindow window(camera, channel);
+    // Later than the window, so that it goes first and as a QObject, not with its container.
+    const std::unique_ptr<QObject> instance(plugin.object);
+    std::unique_ptr<Tour> tour;
+    if (options.tour)
+        tour = std::make_unique<Tour>(camera, channel, window);
+
+    plugin.api->commandChannel = [&channel](int kind, const QVariant &record) {
+        return channel.request(kind, record);
+    };
+    plugin.api->insertWidget(window.panelContainer());
+    QObject::connect(&window, &HostWindow::resetRequested, &window,
+                     [&plugin] { plugin.api->resetToDefault(); });
+    window.show();
+
+    const auto finish = [&](bool agreed) {
+        const bool written =
+            options.screenshot.isEmpty() || writePicture(window, options.screenshot);
+        QCoreApplication::exit(agreed && written ? 0 : failed);
+    };
+    // Whoever closes the window does not end the work with exit status 0.
+    QApplication::setQuitOnLastWindowClosed(!options.tour && options.screenshot.isEmpty());
+    if (tour) {
+        QObject::connect(tour.get(), &Tour::finished, &window, finish);
+    } else if (!options.screenshot.isEmpty()) {
+        QTimer::singleShot(settleTime, &window, [&finish] { finish(true); });
+    }
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    // Arguments are in the locale's encoding, and no application has set the locale yet.
+    std::setlocale(LC_ALL, "");
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments += QString::fromLocal8Bit(argv[i]);
+
+    const Options options = Options::read(arguments);
+    if (!options.error.isEmpty()) {
+        complain(options.error);
+        return badArguments;
+    }
+    // Every option is this program's own: the application sees none of them.
+    argc = 1;
+    if (options.help || options.version) {
+        const QCoreApplication application(argc, argv);
+        QTextStream(stdout) << (options.help ? Options::helpText()
+                                             : QStringLiteral("orvhost " ORVHOST_VERSION "\n"));
+        return 0;
+    }
+    return runHost(options, argc, argv);
+}

@@ -1,0 +1,137 @@
+#include "options.h"
+
+#include <QCommandLineParser>
+
+namespace {
+
+QString latin1(const char *text)
+{
+    return QString::fromLatin1(text);
+}
+
+void addOptions(QCommandLineParser &parser)
+{
+    static constexpr struct
+    {
+        const char *name;
+        const char *value;
+        const char *byDefault;
+        const char *description;
+    } options[] = {
+        {"language", "en|zh", "en", "The host's language: en (default) or zh."},
+        {"status", "b0,b1,b2,b3,b4", "0,1,0,1,0",
+         "The camera's status block at start: reserved, tracking, type, mode, composition, each "
+         "0..255. Default: 0,1,0,1,0."},
+        {"no-answer", "", "", "Start with a camera that does not answer."},
+        {"delay", "ms", "0", "How long each transfer takes, 0..10000. Default: 0."},
+        {"dpi", "n", "96", "The screen's logical dots per inch, 48..480."},
+        {"scale", "f", "1", "Qt's scale factor, 0.5..4."},
+        {"tour", "", "",
+         "Work every control, print each exchange in words and exit: with 0 if camera and panel "
+         "agreed all the way, else with 1."},
+        {"gallery", "", "",
+         "Open a window with every widget of the toolkit in each of its states instead of a "
+         "plug-in's panel."},
+        {"picture", "file", "", "The picture that the gallery shows. Default: one of its own."},
+        {"screenshot", "file", "",
+         "Write a picture of the window, after the tour if there is one, and exit."},
+    };
+    parser.setApplicationDescription(
+        latin1("Loads a settings-panel plug-in and gives it a simulated camera to work on."));
+    for (const auto &option : options) {
+        parser.addOption({latin1(option.name), latin1(option.description), latin1(option.value),
+                          latin1(option.byDefault)});
+    }
+    // Not the parser's own help option: it announces Qt's options, which this program refuses.
+    parser.addOption({{latin1("h"), latin1("help")}, latin1("Print this help.")});
+    parser.addOption({{latin1("v"), latin1("version")}, latin1("Print the version.")});
+    parser.addPositionalArgument(
+        latin1("plugin"), latin1("The plug-in's file. Default: the one beside this program."),
+        latin1("[PLUGIN]"));
+}
+
+} // namespace
+
+Options Options::read(const QStringList &arguments)
+{
+    Options options;
+    QCommandLineParser parser;
+    addOptions(parser);
+    if (!parser.parse(arguments)) {
+        options.error = parser.errorText();
+        return options;
+    }
+
+    const auto isSet = [&](const char *name) {
+        return parser.isSet(latin1(name));
+    };
+    const auto reject = [&](const char *name, const char *wanted) {
+        options.error = QStringLiteral("--%1 takes %2, not \"%3\".")
+                            .arg(latin1(name), latin1(wanted), parser.value(latin1(name)));
+    };
+    const auto whole = [&](const char *name, int minimum, int maximum, const char *wanted) {
+        bool ok = false;
+        const int number = parser.value(latin1(name)).toInt(&ok);
+        if (!ok || number < minimum || number > maximum)
+            reject(name, wanted);
+        return number;
+    };
+
+    const QString language = parser.value(latin1("language"));
+    options.language = language == QLatin1String("en") ? 1 : 0;
+    if (options.language == 0 && language != QLatin1String("zh"))
+        reject("language", "en or zh");
+
+    const QStringList bytes = parser.value(latin1("status")).split(QLatin1Char(','));
+    bool bytesOk = bytes.size() == static_cast<int>(options.status.size());
+    for (int i = 0; bytesOk && i < bytes.size(); ++i) {
+        const uint byte = bytes.at(i).toUInt(&bytesOk);
+        bytesOk = bytesOk && byte <= 255;
+        options.status.at(i) = static_cast<quint8>(byte);
+    }
+    if (!bytesOk)
+        reject("status", "five numbers of 0..255 with commas between them");
+
+    options.answering = !isSet("no-answer");
+    options.delay = std::chrono::milliseconds(
+        whole("delay", 0, 10000, "a whole number of milliseconds, 0..10000"));
+    const int dotsPerInch = whole("dpi", 48, 480, "a whole number of 48..480");
+    if (isSet("dpi"))
+        options.dotsPerInch = QByteArray::number(dotsPerInch);
+
+    bool scaleOk = false;
+    const double scaleFactor = parser.value(latin1("scale")).toDouble(&scaleOk);
+    if (!scaleOk || !(scaleFactor >= 0.5 && scaleFactor <= 4))
+        reject("scale", "a number of 0.5..4");
+    if (isSet("scale"))
+        options.scaleFactor = QByteArray::number(scaleFactor);
+
+    options.tour = isSet("tour");
+    options.gallery = isSet("gallery");
+    options.picture = parser.value(latin1("picture"));
+    if (isSet("picture") && options.picture.isEmpty())
+        reject("picture", "the name of a file");
+    options.screenshot = parser.value(latin1("screenshot"));
+    if (isSet("screenshot") && options.screenshot.isEmpty())
+        reject("screenshot", "the name of a file");
+    options.help = isSet("help");
+    options.version = isSet("version");
+
+    options.plugin = parser.positionalArguments().value(0);
+    if (parser.positionalArguments().size() > 1)
+        options.error = QStringLiteral("Only one plug-in can be loaded.");
+    if (options.gallery && !options.plugin.isEmpty())
+        options.error = QStringLiteral("--gallery takes no plug-in.");
+    if (options.gallery && options.tour)
+        options.error = QStringLiteral("--gallery and --tour exclude each other.");
+    if (isSet("picture") && !options.gallery)
+        options.error = QStringLiteral("--picture needs --gallery.");
+    return options;
+}
+
+QString Options::helpText()
+{
+    QCommandLineParser parser;
+    addOptions(parser);
+    return parser.helpText();
+}

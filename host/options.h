@@ -1,0 +1,34 @@
+#pragma once
+
+#include "simulatedcamera.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <chrono>
+
+/// What the command line asks of the host.
+struct Options
+{
+    QString plugin;   ///< file of the plug-in; empty: the one beside the program
+    int language = 1; ///< the setting "language": 1 English, 0 Chinese
+    SimulatedCamera::Status status = SimulatedCamera().status();
+    bool answering = true;
+    std::chrono::milliseconds delay{0};
+    QByteArray dotsPerInch; ///< empty: as the screen has it
+    QByteArray scaleFactor; ///< empty: as the screen has it
+    bool tour = false;
+    bool gallery = false;
+    QString picture;    ///< file the gallery shows; empty: its own picture
+    QString screenshot; ///< file to write; empty: none
+    bool help = false;
+    bool version = false;
+    QString error; ///< a sentence for the user if the arguments are not to be followed
+
+    /// Reads the arguments, of which the first is the program's name. Needs no application.
+    static Options read(const QStringList &arguments);
+
+    /// What --help prints. Takes the program's name from a QCoreApplication.
+    static QString helpText();
+};

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QString>
+
+class OrvPluginApi;
+class QObject;
+
+/// A settings-panel plug-in, loaded from its file.
+struct PluginFile
+{
+    QObject *object = nullptr;   ///< the instance; the caller destroys it
+    OrvPluginApi *api = nullptr; ///< the same instance; null if `error` says why there is none
+    QString error;               ///< a sentence for the user
+
+    /// Loads the plug-in in `path`. None of its code runs before its metadata is found fit.
+    static PluginFile load(const QString &path);
+
+    /// The module beside this program: in its folder or in the build's plug-in folder.
+    static QString defaultPath();
+};
