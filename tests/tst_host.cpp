@@ -15,8 +15,6 @@ class TestHost : public QObject
 private Q_SLOTS:
     void commands_data();
     void commands();
-    void channel();
-    void silentCamera();
     void commandLine_data();
     void commandLine();
     void tour();
@@ -73,39 +71,6 @@ void TestHost::commands()
     QCOMPARE(answer.length, quint64(60));
     QCOMPARE(QByteArray(reinterpret_cast<const char *>(answer.data), 5).toHex(),
              status.isEmpty() ? QByteArray("0001000100") : status.toHex());
-}
-
-void TestHost::channel()
-{
-    SimulatedCamera camera;
-    CommandChannel channel(camera);
-    channel.setSetting("language", 1);
-    const auto query = [&channel](const char *name) {
-        return channel.request(ChannelRequest::Setting,
-                               QVariant::fromValue(SettingData{name, QVariant(0)}));
-    };
-    QCOMPARE(query("language"), QVariant(1));
-    QVERIFY(!query("volume").isValid());
-    QVERIFY(!channel.request(9, QVariant(3)).isValid());
-    QVERIFY(!channel.request(ChannelRequest::Extension, QVariant(3)).isValid());
-}
-
-void TestHost::silentCamera()
-{
-    SimulatedCamera camera;
-    camera.setAnswering(false);
-    ExtensionUnit command;
-    command.write = true;
-    command.selector = 7;
-    command.length = 60;
-    const QByteArray payload = QByteArray::fromHex("FF5305040100");
-    std::copy(payload.cbegin(), payload.cend(), command.data);
-    const SimulatedCamera::Status before = camera.status();
-    QCOMPARE(camera.transfer(command).length, quint64(0));
-    ExtensionUnit read;
-    read.selector = 8;
-    QCOMPARE(camera.transfer(read).length, quint64(0));
-    QVERIFY(camera.status() == before);
 }
 
 namespace {
