@@ -23,7 +23,7 @@ void ControlTrackingPlugin::insertUnLimitArea(long startAngle, long endAngle)
 // A tile does not know its record: whichever goes, the table loses its last one.
 void ControlTrackingPlugin::shortenAreaTable()
 {
-    if (!areaTable)
+    if (!areaTable || !areaTable->valueData)
         return;
     const int room = (areaTable->valueLength - countSize) / recordSize;
     if (room < 1)

@@ -331,7 +331,7 @@ void TestForm::texts()
 void TestForm::bundle()
 {
     for (const QString path : {":/Plugins/m24_tracking_en_US.qm", ":/UI/icon_limitarea.svg"})
-        QCOMPARE(QResource(path).compressionAlgorithm(), QResource::NoCompression);
+        QVERIFY(!QResource(path).isCompressed());
     // One entry that no text looks up, beside those of the form.
     QTranslator english;
     QVERIFY(english.load(QStringLiteral(":/Plugins/m24_tracking_en_US.qm")));

@@ -46,8 +46,7 @@ void TestModule::exports()
     nm.start("nm", {"-D", "--defined-only", "--format=posix", module});
     QVERIFY(nm.waitForFinished());
     QStringList names;
-    const auto lines =
-        QString::fromLatin1(nm.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts);
+    const auto lines = QString::fromLatin1(nm.readAllStandardOutput()).trimmed().split('\n');
     for (const QString &line : lines)
         names << line.section(' ', 0, 0);
     names.sort();

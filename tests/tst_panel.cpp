@@ -203,7 +203,8 @@ void TestPanel::behaviour()
     const Row &row = rows[index];
     HostedPanel hosted;
     hosted.panel->resetToDefault(); // too early, and ignored
-    QStringList script = QString(row.script).split(' ', Qt::SkipEmptyParts);
+    QStringList script = QString(row.script).split(' ');
+    script.removeAll(QString());
     hosted.host.status = QByteArray::fromHex(row.camera);
     if (script.removeAll("silent") > 0)
         hosted.host.length = 0;

@@ -44,6 +44,7 @@ void TestSwitchButton::reports_data()
     row("relayout press wait", {}, true);
     row("relayout relayout wait press wait", {1}, true);
     row("relayout set0 wait", {}, false);
+    row("relayout turn set0 wait", {}, false);
     row("set1 wait relayout wait", {1}, true);
     row("layOut press wait", {1}, true);
     row("press layOut wait", {1}, true);
@@ -77,6 +78,8 @@ void TestSwitchButton::reports()
             button.blockNextSignal();
         else if (step == "relayout")
             button.SetSize(40, 20);
+        else if (step == "turn")
+            QTest::qWait(20); // of the event loop, with the slide under way
         else if (step == "layOut")
             button.layOut();
         else

@@ -138,11 +138,6 @@ void SwitchButton::resize(const QSize &newSize)
 
 void SwitchButton::animate()
 {
-    // Presses and state changes leave idle before they slide, so this slide is owed to a layout
-    // alone. Something may have used up that layout's silence in the meantime.
-    if (idle)
-        blockNext = true;
-
     if (status)
         ToActive();
     else
@@ -230,8 +225,9 @@ void SwitchButton::slide(int fromX, int fromY, int toX)
 
 void SwitchButton::finishSlide()
 {
+    // A slide of an idle switch is owed to a layout alone, whose silence may be used up by now.
+    const bool report = !idle && !blockNext;
     idle = true;
-    const bool report = !blockNext;
     blockNext = false;
     // Last: the receiver may set the switch again, silence it anew or delete it.
     if (report)
