@@ -9,10 +9,8 @@ private Q_SLOTS:
     void initTestCase() { Warnings::failOnUnannounced(); }
     void interfaceIsStable();
     void recordNames();
-    void foreignAnswersReadAsNone();
     void payload_data();
     void payload();
-    void shorterCommandLeavesNothingBehind();
     void singles();
 };
 
@@ -58,25 +56,6 @@ void TestCommandCodec::recordNames()
     QCOMPARE(QMetaType::typeName(qMetaTypeId<CameraData>()), "CameraData");
 }
 
-void TestCommandCodec::foreignAnswersReadAsNone()
-{
-    ControlTrackingPlugin plugin;
-    RecordingHost host;
-    host.installIn(plugin);
-    const M24_Extension &tracking = *PanelInternals::descriptors(plugin).at(0);
-    for (const QVariant &answer : {QVariant(17), QVariant(QByteArray(60, 'x')),
-                                   QVariant::fromValue(CameraData{nullptr, true, 1, 1, 1})}) {
-        host.foreignAnswer = answer;
-        const ExtensionUnit reply = plugin.readStatus(tracking);
-        QCOMPARE(reply.length, quint64(0));
-        QCOMPARE(std::count(std::begin(reply.data), std::end(reply.data), 0), std::ptrdiff_t(255));
-    }
-    plugin.commandChannel = [](int, const QVariant &) {
-        return QVariant();
-    };
-    QCOMPARE(plugin.readStatus(tracking).length, quint64(0));
-}
-
 void TestCommandCodec::payload_data()
 {
     QTest::addColumn<int>("length");
@@ -101,25 +80,6 @@ void TestCommandCodec::payload()
     QByteArray expected = QByteArray::fromHex("FF530542") + char(length) + bytes;
     expected.append(QByteArray(60 - expected.size(), '\0')).append("\xAA\xAA");
     QCOMPARE(buffer.toHex(), expected.toHex());
-}
-
-void TestCommandCodec::shorterCommandLeavesNothingBehind()
-{
-    ControlTrackingPlugin plugin;
-    M24_Extension &ext = *PanelInternals::descriptors(plugin).at(0);
-    QByteArray block(20, '\x55');
-    ext.valueLength = 20;
-    ext.valueData = reinterpret_cast<quint8 *>(block.data());
-    plugin.fillPayloadBytes(ext);
-    const auto assembled = [&ext] {
-        return QByteArray(reinterpret_cast<const char *>(ext.payload), 60);
-    };
-    QCOMPARE(assembled().toHex(),
-             (QByteArray::fromHex("FF53050414") + block + QByteArray(35, '\0')).toHex());
-    ext.valueLength = 1;
-    plugin.fillPayload(ext, 1);
-    QCOMPARE(assembled().toHex(),
-             (QByteArray::fromHex("FF5305040101") + QByteArray(54, '\0')).toHex());
 }
 
 void TestCommandCodec::singles()

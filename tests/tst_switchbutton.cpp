@@ -16,8 +16,6 @@ private Q_SLOTS:
     void knob();
     void track_data();
     void track();
-    void firstShowAfterLayOut_data();
-    void firstShowAfterLayOut();
     void resizeThroughLayout();
     void deletedByItsReceiver();
 };
@@ -156,31 +154,6 @@ void TestSwitchButton::track()
     painted.fill(Qt::transparent);
     button.render(&painted, {}, {}, QWidget::DrawChildren);
     QCOMPARE(painted, expected);
-}
-
-void TestSwitchButton::firstShowAfterLayOut_data()
-{
-    QTest::addColumn<bool>("laidOut");
-    QTest::newRow("laid out: the press counts") << true;
-    QTest::newRow("not laid out: the first show silences it") << false;
-}
-
-// A switch in a row that comes into sight by the click before.
-void TestSwitchButton::firstShowAfterLayOut()
-{
-    QFETCH(bool, laidOut);
-    QWidget row;
-    auto *const button = new SwitchButton(&row);
-    button->setMinimumSize(40, 20);
-    button->setMaximumSize(40, 20);
-    QSignalSpy reports(button, &SwitchButton::onValueChanged);
-    if (laidOut)
-        button->layOut();
-    row.show();
-    QTest::mousePress(button, Qt::LeftButton);
-    QTRY_VERIFY(!button->isSliding());
-    QCOMPARE(reports.count(), laidOut ? 1 : 0);
-    QVERIFY(button->GetStatus());
 }
 
 void TestSwitchButton::resizeThroughLayout()

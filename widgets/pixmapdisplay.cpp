@@ -212,7 +212,7 @@ void PixmapDisplay::paintPicture(QPainter &painter, const QPixmap &picture)
 
     // A blit equals the painting itself only where the picture covers whole pixels of an image that
     // is blended on as the kept one is, and covers each of them fully: a smooth clip does not, nor
-    // does Qt at the edge that cuts off an upright picture. Turned by a quarter a few sizes in a
+    // does Qt at the edge that cuts off an upright picture. Turned by a quarter, a size or two in a
     // hundred still round some pixels the other way, by one level or two: that is let pass.
     const auto *target = dynamic_cast<QImage *>(painter.paintEngine()->paintDevice());
     const qreal scale = toDevice.m11();
