@@ -2,6 +2,7 @@
 #include "simulatedcamera.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -120,7 +121,9 @@ void TestHost::commandLine()
 {
     QFETCH(QString, arguments);
     QFETCH(QString, says);
-    const Run run = runHost(arguments.split(' '));
+    // A path stands alone, and may have spaces in it.
+    const bool path = QFile::exists(arguments);
+    const Run run = runHost(path ? QStringList(arguments) : arguments.split(' '));
     QTEST(run.exitCode, "exitCode");
     QVERIFY2((run.exitCode == 0 ? run.output : run.errors).contains(says), qPrintable(run.errors));
 }
