@@ -4,13 +4,10 @@
 #include "ui_root.h"
 
 #include <QApplication>
-#include <QMouseEvent>
 #include <QRegularExpression>
 #include <QTest>
 #include <QThread>
 #include <QVBoxLayout>
-
-#include <memory>
 
 /// What the tests share: a host that answers the channel and writes down what crosses it, a way to
 /// the panel's private parts, and a main function that fails on warnings nobody announced.
@@ -21,11 +18,6 @@ struct PanelInternals
     static void poll(ControlTrackingPlugin &panel) { panel.pollTrackingStatus(); }
     static void retry(ControlTrackingPlugin &panel) { panel.retryStatusRead(); }
     static QTimer *pollTimer(ControlTrackingPlugin &panel) { return panel.pollTimer.data(); }
-    static QVector<M24_Extension *> descriptors(ControlTrackingPlugin &panel)
-    {
-        return {panel.trackingSwitch.data(), panel.trackingType.data(), panel.trackingMode.data(),
-                panel.composition.data()};
-    }
     static QSharedPointer<M24_Extension> &areaTable(ControlTrackingPlugin &panel)
     {
         return panel.areaTable;

@@ -2,6 +2,7 @@
 #include "support.h"
 
 #include <QElapsedTimer>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QScreen>
