@@ -86,11 +86,18 @@ public:
     std::function<QVariant(int request, QVariant record)> commandChannel;
 
 protected:
-    /// Lays out, thaws and paints a frozen window on the next turn of the event loop. The step
-    /// belongs to the window: it runs even if the panel that asked for it is gone by then.
+    /// Lays out, thaws and paints a frozen window on the next turn of the event loop, once for all
+    /// that ask until then. The step belongs to the window: it runs even if the panel that asked for
+    /// it is gone by then.
     static void thawLater(QWidget *window)
     {
+        static constexpr char pending[] = "orv_thawPending";
+        if (window->property(pending).toBool())
+            return;
+        window->setProperty(pending, true);
         QTimer::singleShot(0, window, [window = QPointer<QWidget>(window)] {
+            // First: what the events below freeze again gets a step of its own.
+            window->setProperty(pending, QVariant());
             if (QLayout *const layout = window->layout())
                 layout->activate();
             QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
