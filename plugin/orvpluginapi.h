@@ -100,6 +100,9 @@ protected:
             window->setProperty(pending, QVariant());
             if (QLayout *const layout = window->layout())
                 layout->activate();
+            // By name as well: GLib's dispatcher, asked in here, passes over what was posted before
+            // this step, and rows that came into sight would be painted once more after the thaw.
+            QCoreApplication::sendPostedEvents();
             QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
             if (!window)
                 return;

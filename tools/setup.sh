@@ -1,5 +1,6 @@
-# The set-up that ./run, ./test and .ci/run share, sourced with $here set to the project's folder:
-# installs the Debian packages that are missing, configures, builds. Leaves the build in $build.
+# The set-up that the scripts share, sourced with $here set to the project's folder: installs the
+# Debian packages that are missing, with those in $packages, and builds $preset. Leaves the build in
+# $build.
 
 say() {
     printf '%s\n' "$*"
@@ -24,11 +25,11 @@ install_missing() {
 
 # build_preset <preset> [cmake option...]: configures and builds it.
 build_preset() {
-    preset=$1
+    chosen=$1
     shift
-    log="$here/build/$preset.log"
+    log="$here/build/$chosen.log"
     mkdir -p "$here/build"
-    if ! (cd "$here" && cmake --preset "$preset" "$@" && cmake --build --preset "$preset") \
+    if ! (cd "$here" && cmake --preset "$chosen" "$@" && cmake --build --preset "$chosen") \
         >"$log" 2>&1; then
         tail -n 40 "$log" >&2
         say "The build failed; the whole log is in $log" >&2
@@ -37,9 +38,11 @@ build_preset() {
 }
 
 # The compiler and Qt; fonts-wqy-microhei for Chinese, x11-utils to see whether there is a display.
+# shellcheck disable=SC2086 # a list of names
 install_missing g++ cmake ninja-build qtbase5-dev libqt5svg5-dev qttools5-dev \
-    fonts-dejavu-core fonts-wqy-microhei x11-utils
+    fonts-dejavu-core fonts-wqy-microhei x11-utils ${packages:-}
 
-build="$here/build/release"
-say "Building."
-build_preset release
+: "${preset:=release}"
+build="$here/build/$preset"
+say "Building." >&2
+build_preset "$preset"

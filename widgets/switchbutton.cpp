@@ -1,7 +1,6 @@
 #include "switchbutton.h"
 
 #include <QPainter>
-#include <QPainterPath>
 #include <QPropertyAnimation>
 #include <QResizeEvent>
 
@@ -167,13 +166,18 @@ void SwitchButton::paintEvent(QPaintEvent * /*event*/)
     else
         painter.setBrush(status ? activeBrush : inactiveBrush);
 
-    QPainterPath leftCap;
-    leftCap.addEllipse(QRectF(0, 0, diameter, diameter));
-    QPainterPath middle;
-    middle.addRect(QRectF(diameter / 2, 0, travel, diameter)); // NOLINT(bugprone-integer-division)
-    QPainterPath rightCap;
-    rightCap.addEllipse(QRectF(travel, 0, diameter, diameter));
-    painter.drawPath(leftCap + middle + rightCap);
+    // Put together once for all the frames of its slides.
+    if (track.isEmpty()) {
+        QPainterPath leftCap;
+        leftCap.addEllipse(QRectF(0, 0, diameter, diameter));
+        QPainterPath middle;
+        // NOLINTNEXTLINE(bugprone-integer-division)
+        middle.addRect(QRectF(diameter / 2, 0, travel, diameter));
+        QPainterPath rightCap;
+        rightCap.addEllipse(QRectF(travel, 0, diameter, diameter));
+        track = leftCap + middle + rightCap;
+    }
+    painter.drawPath(track);
 }
 
 void SwitchButton::resizeEvent(QResizeEvent *event)
@@ -191,6 +195,7 @@ void SwitchButton::place(const QSize &area)
     slider->setGeometry(x, margin, side, side);
     slider->setSize(side);
     travel = area.width() - diameter;
+    track = QPainterPath();
     laidOut = area;
 }
 

@@ -2,6 +2,7 @@
 
 #include <QBrush>
 #include <QColor>
+#include <QPainterPath>
 #include <QSize>
 #include <QWidget>
 
@@ -112,6 +113,7 @@ private:
     bool idle = true;
     QBrush activeBrush;
     QBrush inactiveBrush;
+    QPainterPath track; // empty until painted at the present size
     Slider *slider;
     QSize laidOut; // invalid until the first layout
 };

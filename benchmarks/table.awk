@@ -1,0 +1,42 @@
+# Turns the lines of the benchmarks, subject|unit|side|value|target, into a table.
+
+function shown(value, unit) {
+    if (unit == "ns")
+        return value >= 1e6 ? sprintf("%.2f ms", value / 1e6) \
+             : value >= 1e3 ? sprintf("%.1f µs", value / 1e3) : sprintf("%.0f ns", value)
+    if (unit == "bytes")
+        return sprintf("%.0f KiB", value / 1024)
+    return sprintf("%d %s", value, unit)
+}
+
+BEGIN { FS = "|" }
+
+{
+    row = $1 FS $2
+    if (!(row in target))
+        rows[++count] = row
+    target[row] = $5
+    value[row, $3] = $4
+}
+
+END {
+    print "| Subject | This project | Floor | Ratio | Target |"
+    print "|---|---|---|---|---|"
+    for (i = 1; i <= count; ++i) {
+        row = rows[i]
+        split(row, name, FS)
+        ours = value[row, "ours"]
+        floor = value[row, "floor"]
+        goal = target[row]
+        sum = sprintf("%.2f", ours / floor)
+        if (goal ~ /^[+]/) {
+            missed = ours - floor > substr(goal, 2) + 0
+            sum = sprintf("%+d KiB", (ours - floor) / 1024)
+            goal = sprintf("+%d KiB", goal / 1024)
+        } else {
+            missed = goal != "" && sum + 0 > goal + 0
+        }
+        printf "| %s | %s | %s | %s | %s |\n", name[1], shown(ours, name[2]), \
+            shown(floor, name[2]), sum, missed ? goal ", missed" : goal
+    }
+}
