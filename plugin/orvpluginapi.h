@@ -87,8 +87,8 @@ public:
 
 protected:
     /// Lays out, thaws and paints a frozen window on the next turn of the event loop, once for all
-    /// that ask until then. The step belongs to the window: it runs even if the panel that asked for
-    /// it is gone by then.
+    /// that ask until then. The step belongs to the window: it runs even if the panel that asked
+    /// for it is gone by then.
     static void thawLater(QWidget *window)
     {
         static constexpr char pending[] = "orv_thawPending";
