@@ -1,10 +1,14 @@
 #include "bglinelabel.h"
 #include "objectscaling.h"
+#include "pixmapdisplay.h"
 #include "qpressframe.h"
 #include "support.h"
 
+#include <QCommandLinkButton>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QSignalSpy>
+#include <QThread>
 #include <QToolButton>
 
 /// Guide-line label, press frame and scaling.
@@ -14,230 +18,144 @@ class TestToolkit : public QObject
 
 private Q_SLOTS:
     void initTestCase() { Warnings::failOnUnannounced(); }
-    void guides_data();
-    void guides();
-    void locationEntry_data();
-    void locationEntry();
+    void guideLines();
     void pressesAreDebounced();
-    void pressFrameInUse();
-    void scaledChild_data();
-    void scaledChild();
-    void scaledSelf();
+    void pressFrame();
+    void scaling();
     void scaledIconsAndTree();
 };
 
 namespace {
 
-using Lines = QVector<QLine>;
+/// For a label of 61 x 31, whose centre is (30, 15): a line, an arc if there is one, by its square
+/// and start, and another line.
+const std::tuple<QLine, QRect, int, QLine> guides[] = {
+    {{37, 15, 61, 15}, {30, 15, 14, 14}, 90, {30, 22, 30, 31}},
+    {{0, 15, 5, 15}, {}, 0, {56, 15, 61, 15}},
+    {{0, 15, 23, 15}, {16, 15, 14, 14}, 0, {30, 22, 30, 31}},
+    {{30, 0, 30, 5}, {}, 0, {30, 26, 30, 31}},
+    {{30, 0, 30, 5}, {}, 0, {30, 26, 30, 31}},
+    {{37, 15, 61, 15}, {30, 1, 14, 14}, 180, {30, 0, 30, 8}},
+    {{0, 15, 5, 15}, {}, 0, {56, 15, 61, 15}},
+    {{0, 15, 23, 15}, {16, 1, 14, 14}, 0, {30, 0, 30, 8}}};
 
-struct Guide
-{
-    int location;
-    Lines before;
-    QRect square; // of the arc, if any
-    int start, span;
-    Lines after;
-};
-
-// For a label of 61 x 31, whose centre is (30, 15).
-const Guide guideRows[] = {
-    {0, {{37, 15, 61, 15}}, {30, 15, 14, 14}, 90, 90, {{30, 22, 30, 31}}},
-    {1, {{0, 15, 5, 15}, {56, 15, 61, 15}}, {}, 0, 0, {}},
-    {2, {{0, 15, 23, 15}}, {16, 15, 14, 14}, 0, 90, {{30, 22, 30, 31}}},
-    {3, {{30, 0, 30, 5}, {30, 26, 30, 31}}, {}, 0, 0, {}},
-    {4, {{30, 0, 30, 5}, {30, 26, 30, 31}}, {}, 0, 0, {}},
-    {5, {{37, 15, 61, 15}}, {30, 1, 14, 14}, 180, 90, {{30, 0, 30, 8}}},
-    {6, {{0, 15, 5, 15}, {56, 15, 61, 15}}, {}, 0, 0, {}},
-    {7, {{0, 15, 23, 15}}, {16, 1, 14, 14}, 0, -90, {{30, 0, 30, 8}}},
-    {12, {}, {}, 0, 0, {}},
-};
-
-QImage blank()
+/// The label and its text, over a guide that is painted here.
+QImage painted(QLabel &label, int location = 8)
 {
     QImage image(61, 31, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
-    return image;
-}
-
-QImage expectedGuide(int location)
-{
-    QImage image = blank();
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    QPen pen(QColor("#525760"), 1.0, Qt::CustomDashLine, Qt::SquareCap, Qt::BevelJoin);
-    pen.setDashPattern({5, 2});
-    painter.setPen(pen);
-    for (const Guide &guide : guideRows) {
-        if (guide.location != location)
-            continue;
-        painter.drawLines(guide.before);
-        if (guide.span != 0)
-            painter.drawArc(guide.square, guide.start * 16, guide.span * 16);
-        painter.drawLines(guide.after);
+    if (location < 8) {
+        const auto &[before, square, start, after] = guides[location];
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        QPen pen(QColor("#525760"), 1.0, Qt::CustomDashLine, Qt::SquareCap, Qt::BevelJoin);
+        pen.setDashPattern({5, 2});
+        painter.setPen(pen);
+        painter.drawLine(before);
+        if (!square.isNull())
+            painter.drawArc(square, start * 16, (location == 7 ? -90 : 90) * 16);
+        painter.drawLine(after);
     }
-    return image;
-}
-
-QImage painted(QLabel &label)
-{
-    label.resize(61, 31);
-    QImage image = blank();
+    label.setText("30°");
+    label.resize(image.size());
     label.render(&image, {}, {}, {});
     return image;
 }
 
+template <typename Clickable, typename Signal>
+void press(Clickable *widget, Signal clicked)
+{
+    QPointer<Clickable> alive(widget);
+    QSignalSpy clicks(widget, clicked);
+    // Each press, also one that is dropped, holds the next ones back.
+    for (int i = 0; i < 5; ++i) {
+        QTest::mousePress(widget, Qt::LeftButton);
+        QThread::msleep(60);
+    }
+    QCOMPARE(clicks.count(), 1);
+    QThread::msleep(60);
+    QTest::mousePress(widget, Qt::RightButton);
+    QThread::msleep(120); // 240 ms after the last left press
+    QObject::connect(widget, clicked, [widget] { delete widget; });
+    QMouseEvent left(QEvent::MouseButtonPress, QPointF(), Qt::LeftButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(widget, &left);
+    QCOMPARE(clicks.count(), 2);
+    QVERIFY(!alive);
+}
+
 } // namespace
 
-void TestToolkit::guides_data()
+void TestToolkit::guideLines()
 {
-    QTest::addColumn<int>("location");
-    for (const Guide &guide : guideRows)
-        QTest::newRow(qPrintable(QString::number(guide.location))) << guide.location;
-    QTest::newRow("none set") << -1;
-}
-
-void TestToolkit::guides()
-{
-    QFETCH(int, location);
-    BgLineLabel label(nullptr);
-    if (location >= 0)
-        label.setStyleSheet(QStringLiteral("location:%1;").arg(location));
-    QCOMPARE(painted(label), expectedGuide(location));
-    QVERIFY((painted(label) == blank()) == (location < 0 || location > 7));
-}
-
-void TestToolkit::locationEntry_data()
-{
-    QTest::addColumn<QString>("given");
-    QTest::addColumn<QString>("applied");
-    QTest::addColumn<int>("location");
     const QString block = "QLabel {\nmargin: 0px;\n}\n";
-    const QString filler(1200, ' ');
-    QTest::newRow("alone") << "location:3;"
-                           << "" << 3;
-    QTest::newRow("after a block") << block + "location:4;" << block << 4;
-    QTest::newRow("before a block") << "location:5;" + block << block << 5;
-    QTest::newRow("none") << block << block << -1;
-    QTest::newRow("spaces") << "location:  7 \n;"
-                            << "" << 7;
-    QTest::newRow("no number") << "location:x;"
-                               << "" << 0;
-    QTest::newRow("inside a word") << "/*relocation:2;*/"
-                                   << "/*re*/" << 2;
-    QTest::newRow("no end") << "/*location:6"
-                            << "/*on:6" << 6;
-    QTest::newRow("long tail") << "location:1;" + filler << filler.left(1000 - 5) << 1;
-}
-
-void TestToolkit::locationEntry()
-{
-    QFETCH(QString, given);
-    QFETCH(int, location);
-    BgLineLabel label(nullptr);
-    label.setStyleSheet(given);
-    QTEST(label.styleSheet(), "applied");
-    QCOMPARE(painted(label), expectedGuide(location));
-    label.setStyleSheet("");
-    QCOMPARE(painted(label), expectedGuide(location));
+    QList<std::tuple<QString, QString, int>> rows = {
+        // given, applied, location
+        {block, block, 8},
+        {block + "location:4;", block, 4},
+        {"location:  5 \n;" + block, block, 5},
+        {"/*relocation:x;*/", "/*re*/", 0},
+        {"/*location:6", "/*on:6", 6},
+        {"location:1;" + QString(1200, ' '), QString(995, ' '), 1}};
+    for (int i = 0; i < 9; ++i)
+        rows << std::make_tuple(QString("location:%1;").arg(i), QString(), i);
+    for (const auto &[given, applied, location] : qAsConst(rows)) {
+        QLabel plain;
+        BgLineLabel label(nullptr);
+        label.setStyleSheet(given);
+        QCOMPARE(label.styleSheet(), applied);
+        label.setStyleSheet("");
+        QVERIFY2(painted(label) == painted(plain, location), qPrintable(given));
+    }
 }
 
 // The interval is one of wall-clock time, so the waits are real.
 void TestToolkit::pressesAreDebounced()
 {
+    press(new QPressFrame(nullptr), &QPressFrame::clicked);
+    press(new PixmapDisplay, &PixmapDisplay::onClick);
+}
+
+void TestToolkit::pressFrame()
+{
     QPressFrame frame(nullptr);
-    QSignalSpy clicks(&frame, &QPressFrame::clicked);
-    QTest::mousePress(&frame, Qt::LeftButton);
-    QCOMPARE(clicks.count(), 1);
-    for (int i = 0; i < 4; ++i) {
-        QThread::msleep(60);
-        QTest::mousePress(&frame, Qt::LeftButton);
+    QSignalSpy hovers(&frame, &QPressFrame::hoverEvent);
+    for (const auto type : {QEvent::Enter, QEvent::Leave}) {
+        QEvent event(type);
+        QCoreApplication::sendEvent(&frame, &event);
     }
-    QCOMPARE(clicks.count(), 1);
-    QThread::msleep(120);
-    QTest::mousePress(&frame, Qt::RightButton);
-    QThread::msleep(120); // 240 ms after the last left press
-    QTest::mousePress(&frame, Qt::LeftButton);
-    QCOMPARE(clicks.count(), 2);
-}
-
-void TestToolkit::pressFrameInUse()
-{
-    QPointer<QPressFrame> frame(new QPressFrame(nullptr));
-    QSignalSpy hovers(frame, &QPressFrame::hoverEvent);
-    QEvent enter(QEvent::Enter);
-    QEvent leave(QEvent::Leave);
-    QCoreApplication::sendEvent(frame, &enter);
-    QCoreApplication::sendEvent(frame, &leave);
     QCOMPARE(hovers, (QList<QVariantList>{{true}, {false}}));
-
-    frame->resize(20, 20);
-    frame->setFrameStyle(QFrame::Box | QFrame::Plain);
-    frame->setLineWidth(3);
-    QImage image(20, 20, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::green);
-    frame->render(&image, {}, {}, {});
-    QCOMPARE(image.pixelColor(0, 0), QColor(Qt::green));
-
-    connect(frame, &QPressFrame::clicked, this, [&] { delete frame; });
-    QTest::mousePress(frame, Qt::LeftButton);
-    QVERIFY(!frame);
+    frame.setFrameStyle(QFrame::Box | QFrame::Plain); // of which nothing is drawn
+    QCOMPARE(frame.grab().toImage().pixelColor(0, 0), frame.palette().color(QPalette::Window));
 }
 
-void TestToolkit::scaledChild_data()
-{
-    QTest::addColumn<QSize>("min");
-    QTest::addColumn<QSize>("max");
-    QTest::addColumn<QRect>("before");
-    QTest::addColumn<QSize>("minAfter");
-    QTest::addColumn<QSize>("maxAfter");
-    QTest::addColumn<QRect>("after");
-    const QSize none(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-    QTest::newRow("unlimited") << QSize() << none << QRect(10, 21, 33, 20) << QSize(0, 0) << none
-                               << QRect(15, 32, 50, 30);
-    QTest::newRow("grown by its minimum") << QSize(0, 15) << none << QRect(10, 21, 33, 15)
-                                          << QSize(0, 23) << none << QRect(15, 32, 50, 35);
-    QTest::newRow("fixed") << QSize(20, 20) << QSize(20, 20) << QRect(-3, 0, 20, 20)
-                           << QSize(30, 30) << QSize(30, 30) << QRect(-5, 0, 30, 30);
-}
-
-void TestToolkit::scaledChild()
-{
-    QFETCH(QSize, min);
-    QFETCH(QSize, max);
-    QFETCH(QRect, before);
-    QWidget window;
-    auto *const child = new QWidget(&window);
-    if (min.isValid())
-        child->setMinimumSize(min);
-    child->setMaximumSize(max);
-    child->setGeometry(before);
-    Talsen::updateObjectSize(window, 1.5, 0);
-    QTEST(child->minimumSize(), "minAfter");
-    QTEST(child->maximumSize(), "maxAfter");
-    QTEST(child->geometry(), "after");
-}
-
-void TestToolkit::scaledSelf()
+void TestToolkit::scaling()
 {
     QWidget window;
-    QWidget self(&window);
-    self.setGeometry(10, 21, 33, 20);
-    Talsen::updateObjectSize(self, 1.5, 0);
-    QCOMPARE(self.geometry(), QRect(10, 21, 33, 20));
+    QWidget child(&window);
+    const auto scaled = [&](QSize min, QSize max, QRect place, QObject &what, int self) {
+        child.setMinimumSize(min);
+        child.setMaximumSize(max);
+        child.setGeometry(place);
+        Talsen::updateObjectSize(what, 1.5, self);
+        return std::make_tuple(child.minimumSize(), child.maximumSize(), child.geometry());
+    };
+    const QSize any(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    const QRect place(10, 21, 33, 20);
+    const auto as = [](QSize min, QSize max, QRect rect) {
+        return std::make_tuple(min, max, rect);
+    };
+    QCOMPARE(scaled({0, 0}, any, place, window, 0), as({0, 0}, any, {15, 32, 50, 30}));
+    // Its minimum grows first, and the widget with it.
+    QCOMPARE(scaled({0, 20}, any, place, window, 0), as({0, 30}, any, {15, 32, 50, 45}));
+    QCOMPARE(scaled({20, 10}, {20, 10}, {-3, 0, 20, 10}, window, 0),
+             as({30, 15}, {30, 15}, {-5, 0, 30, 15}));
+    // A widget itself only if asked to, and cut down to whole pixels.
+    QCOMPARE(scaled({0, 0}, any, place, child, 0), as({0, 0}, any, place));
     Warnings::expected = QRegularExpression("The largest allowed size is");
-    Talsen::updateObjectSize(self, 1.5, 1);
-    QCOMPARE(self.geometry(), QRect(15, 31, 49, 30));
-    QCOMPARE(self.minimumSize(), QSize(0, 0));
-    QCOMPARE(self.maximumSize(), QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX));
+    QCOMPARE(scaled({3, 5}, any, place, child, 1), as({5, 8}, any, {15, 31, 49, 30}));
+    QObject noWidget;
+    Talsen::updateObjectSize(noWidget, 1.5, 1);
 }
-
-namespace {
-
-class OwnButton : public QPushButton
-{
-    Q_OBJECT
-    using QPushButton::QPushButton;
-};
 
 class LoadingButton : public QToolButton
 {
@@ -245,27 +163,20 @@ class LoadingButton : public QToolButton
     using QToolButton::QToolButton;
 };
 
-} // namespace
-
 void TestToolkit::scaledIconsAndTree()
 {
     QWidget window;
     auto *const row = new QWidget(&window);
-    const QList<QAbstractButton *> scaled = {new QPushButton(row), new QToolButton(row),
-                                             new LoadingButton(row)};
-    auto *const own = new OwnButton(row);
-    auto *const unreached = new QObject(&window);
-    for (QAbstractButton *button : scaled)
-        button->setIconSize(QSize(16, 16));
-    own->setIconSize(QSize(16, 16));
-    auto *const deep = new QWidget(own);
-    deep->setGeometry(1, 2, 3, 4);
+    const QList<QAbstractButton *> buttons = {new QPushButton(row), new QToolButton(row),
+                                              new LoadingButton(row), new QCommandLinkButton(row)};
+    for (QAbstractButton *button : buttons)
+        button->setIconSize(QSize(16, 10));
+    QWidget deep(buttons.last());
+    deep.setGeometry(1, 2, 3, 4);
     Talsen::changeObjectSizeInner(window, 1.5);
-    for (QAbstractButton *button : scaled)
-        QCOMPARE(button->iconSize(), QSize(24, 24));
-    QCOMPARE(own->iconSize(), QSize(16, 16));
-    QCOMPARE(deep->geometry(), QRect(2, 3, 5, 6));
-    Talsen::updateObjectSize(*unreached, 1.5, 1); // no widget: nothing to do
+    for (int i = 0; i < 4; ++i)
+        QCOMPARE(buttons.at(i)->iconSize(), i < 3 ? QSize(24, 15) : QSize(16, 10));
+    QCOMPARE(deep.geometry(), QRect(2, 3, 5, 6));
 }
 
 TEST_MAIN(TestToolkit)
