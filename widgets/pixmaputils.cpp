@@ -34,7 +34,7 @@ QPixmap loadPixmapAutoFormat(const QString &path, QSize size, bool /*unused*/)
     if (path.endsWith(QLatin1String("svg"), Qt::CaseInsensitive)) {
         pixmap = loadSvgAsPixmap(path, size);
     } else {
-        // Qt trusts the ending of a file's name; the bytes alone do not mislead it.
+        // The bytes alone, in case the ending of the file's name has misled Qt.
         if (!pixmap.load(path)) {
             QFile file(path);
             if (!file.open(QIODevice::ReadOnly)) {

@@ -12,11 +12,11 @@ class QString;
 QPixmap loadSvgAsPixmap(const QString &path, const QSize &size);
 
 /// The image at `path`, remembered in QPixmapCache under that path: later calls return what the
-/// first one made, whatever size they ask for. A name that ends in "svg" is rendered at exactly
-/// `size`; any other image is scaled so that it covers `size`, or left as it is when that is 0 x 0.
-/// The result is null when the file holds no image or just one side of `size` is 0 (both
-/// remembered), or when the file cannot be opened (logged, not remembered). The last argument has
-/// no effect.
+/// first one made, whatever size they ask for, unless it was too large for the cache to take. A
+/// name that ends in "svg" is rendered at exactly `size`; any other image is scaled so that it
+/// covers `size`, or left as it is when that is 0 x 0. The result is null when the file holds no
+/// image or just one side of `size` is 0 (both remembered), or when the file cannot be opened
+/// (logged, not remembered). The last argument has no effect.
 QPixmap loadPixmapAutoFormat(const QString &path, QSize size, bool);
 
 /// Forgets what loadPixmapAutoFormat() remembers under the path `key`.
