@@ -2,7 +2,7 @@
 
 #include "devicerecords.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QJsonObject>
 #include <QLayout>
 #include <QPointer>
@@ -108,6 +108,13 @@ protected:
                 return;
             window->setUpdatesEnabled(true);
             window->repaint();
+            // What was made a window of its own meanwhile is still frozen along with this one, not
+            // by itself.
+            const QWidgetList windows = QApplication::topLevelWidgets();
+            for (QWidget *const other : windows) {
+                if (!other->updatesEnabled() && !other->testAttribute(Qt::WA_ForceUpdatesDisabled))
+                    other->setUpdatesEnabled(true);
+            }
         });
     }
 };

@@ -6,7 +6,6 @@
 #include <QApplication>
 #include <QRegularExpression>
 #include <QTest>
-#include <QThread>
 #include <QVBoxLayout>
 
 /// What the tests share: a host that answers the channel and writes down what crosses it, a way to
@@ -15,8 +14,6 @@
 struct PanelInternals
 {
     static Ui_root *ui(ControlTrackingPlugin &panel) { return panel.ui; }
-    static void poll(ControlTrackingPlugin &panel) { panel.pollTrackingStatus(); }
-    static void retry(ControlTrackingPlugin &panel) { panel.retryStatusRead(); }
     static QTimer *pollTimer(ControlTrackingPlugin &panel) { return panel.pollTimer.data(); }
     static QSharedPointer<M24_Extension> &areaTable(ControlTrackingPlugin &panel)
     {
@@ -34,7 +31,7 @@ public:
     QByteArray status = QByteArray::fromHex("0000000100"); ///< the camera's bytes
     quint64 length = 60;                                   ///< what an answer claims to hold
     QVariant foreignAnswer;                                ///< given to a read if valid
-    unsigned long delay = 0;                               ///< of a read, in ms
+    std::function<void()> meanwhile;                       ///< called in each request, if set
     QStringList traffic;
 
     /// What crossed since the last call, without what was asked.
@@ -50,7 +47,10 @@ public:
     void installIn(OrvPluginApi &plugin)
     {
         plugin.commandChannel = [this](int request, const QVariant &record) {
-            return answer(request, record);
+            const QVariant reply = answer(request, record);
+            if (meanwhile)
+                meanwhile();
+            return reply;
         };
     }
 
@@ -80,7 +80,6 @@ private:
         if (!unit.write) {
             const bool sound = unit.selector == 8 && unit.length == 0 && data.count('\0') == 255;
             traffic << (sound ? "read" : "malformed read");
-            QThread::msleep(delay);
             if (foreignAnswer.isValid())
                 return foreignAnswer;
             ExtensionUnit reply;
@@ -124,15 +123,38 @@ struct HostedPanel
 
     Ui_root *ui() { return PanelInternals::ui(*panel); }
 
-    template <typename Control>
-    Control *find(const QString &name)
-    {
-        return panel->findChild<Control *>(name);
-    }
-
     static void press(QWidget *widget)
     {
         QTest::mouseClick(widget, Qt::LeftButton, {}, widget->rect().center());
+    }
+
+    /// Presses a control if a user could.
+    bool press(const QString &name)
+    {
+        auto *const control = panel->findChild<QWidget *>(name);
+        if (!control || !control->isVisible())
+            return false;
+        press(control);
+        return true;
+    }
+
+    /// What the panel shows, in words: switch, type, mode, composition and its button, visible
+    /// rows.
+    QString shown()
+    {
+        QStringList words{ui()->sw_title->GetStatus() ? "on" : "off",
+                          ui()->sw_picture_mode->GetStatus() ? "composed" : "plain"};
+        for (const auto *button : panel->findChildren<QAbstractButton *>()) {
+            if (button->isChecked())
+                words << button->objectName().section('_', 1, 1);
+        }
+        for (const QWidget *row :
+             {ui()->frame_spliter, ui()->frame_picture_title, ui()->frame_picture_mode,
+              ui()->frame_limit_title, ui()->frame_limit_setting_spliter}) {
+            if (!row->isHidden())
+                words << '|' + row->objectName().section('_', 1);
+        }
+        return words.join(' ');
     }
 
     RecordingHost host;
@@ -143,9 +165,6 @@ struct HostedPanel
 
 /// Longer than a slide on a machine that keeps up.
 constexpr int slideOver = 150; // ms
-
-/// Ample for a deferred step, and over before a poll could thaw a window that was forgotten.
-constexpr int thawTime = 1000; // ms
 
 /// Waits until the slides below `root` are over, and long enough for one more to show itself.
 inline void settle(const QWidget &root)

@@ -1,0 +1,323 @@
+#include "support.h"
+#include "virtualtime.h"
+
+#include <QScopedPointer>
+#include <QWindow>
+
+/// Faults that fall together: slow cameras, hasty users, windows and panels that come and go while
+/// something is under way. Nothing may be lost, sent after the end, or left frozen.
+class TestFaults : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void faults_data();
+    void faults();
+};
+
+namespace {
+
+using namespace std::chrono_literals;
+using VirtualTime::advance;
+using VirtualTime::catchUp;
+using VirtualTime::now;
+
+/// What a row plays with: a hosted panel and another window.
+class Stage : public QObject
+{
+public:
+    Stage() { (new QVBoxLayout(&other))->addWidget(label); }
+
+    void begin()
+    {
+        host().status = QByteArray::fromHex("0001000100");
+        hosted->insertAndShow();
+        other.show();
+        // A real screen takes real time.
+        for (int i = 0; i < 5000 && !window().windowHandle()->isExposed(); ++i, catchUp())
+            usleep(1000);
+        settle();
+        window().installEventFilter(this);
+        other.installEventFilter(this);
+    }
+
+    /// As begin; leaves the window frozen and the tracking switch in mid-slide.
+    void beginMidway()
+    {
+        begin();
+        press("rb_hand sw_title");
+    }
+
+    void press(const char *names)
+    {
+        for (const QString &name : QString(names).split(' '))
+            QVERIFY2(hosted->press(name), qPrintable(name));
+    }
+
+    static void settle() { advance(250ms); } // past slides, and the title row's pause
+
+    void freeze(QWidget &section, QWidget *row)
+    {
+        hosted->panel->updateSpliter(&section, row, true);
+    }
+    void freeze() { freeze(*hosted->container, hosted->ui()->frame_title); }
+    void note(int number) { notes << QString::number(number); }
+
+    RecordingHost &host() { return hosted->host; }
+    QWidget &window() { return hosted->window; }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        paints[watched] += int(event->type() == QEvent::Paint);
+        return false;
+    }
+
+    QHash<QObject *, int> paints;
+    QWidget other;
+    QLabel *label = new QLabel("other");
+    QScopedPointer<HostedPanel> hosted{new HostedPanel};
+    QStringList notes; ///< what a row has to say, at the end of what was sent
+};
+
+/// A panel ends, or its window does, at every moment of a life full of events.
+void endAtAnyMoment(Stage &stage, bool withWindow, quint64 answer)
+{
+    for (auto moment = 0ms; moment < 5500ms; moment += moment < 400ms ? 20ms : 250ms) {
+        stage.hosted.reset(new HostedPanel);
+        stage.host().length = answer;
+        stage.hosted->insertAndShow();
+        if (moment > 0ms)
+            advance(moment / 2);
+        for (const char *name : {"sw_picture_mode", "sw_title"})
+            stage.hosted->press(name);
+        if (moment > 0ms)
+            advance(moment - moment / 2);
+        stage.hosted->panel->resetToDefault();
+        stage.freeze();
+        if (withWindow) {
+            stage.hosted.reset();
+            stage.settle();
+            continue;
+        }
+        delete stage.hosted->panel;
+        stage.host().traffic.clear();
+        advance(moment < 1000ms ? 5000ms : 250ms); // past the first poll
+        stage.notes << stage.host().traffic;
+        QVERIFY(stage.window().updatesEnabled());
+    }
+}
+
+const struct Row
+{
+    const char *name;
+    void (*play)(Stage &stage);
+    const char *sent;  // and what the row has to say
+    const char *shown; // nothing if the panel is gone
+} rows[] = {
+    {"a camera slower than the poll",
+     [](Stage &stage) {
+         stage.begin();
+         stage.host().traffic.clear();
+         stage.host().meanwhile = [&stage] {
+             if (stage.host().traffic.count("read") < 9) // or polls that pile up would never end
+                 now += 1500ms;
+             if (!stage.window().updatesEnabled())
+                 stage.notes << "read in a deferred step";
+         };
+         advance(10s); // read after 4, 6.5 and 9 s
+         stage.note(stage.host().traffic.count("read"));
+         stage.host().meanwhile = nullptr;
+     },
+     "3", "on plain normal normal |spliter |picture_title"},
+    {"a slow camera behind an event loop, in which the user goes on",
+     [](Stage &stage) {
+         stage.host().meanwhile = [] {
+             advance(1500ms);
+         };
+         stage.begin();
+         advance(3s);
+         stage.host().traffic.clear();
+         stage.host().meanwhile = [&stage, calls = 0]() mutable {
+             if (++calls == 1)
+                 stage.press("sw_picture_mode rb_sport rb_hand");
+             advance(200ms);
+             stage.host().status[2] = 1; // too late for the answer under way
+         };
+         advance(10s);
+         stage.host().meanwhile = nullptr;
+     },
+     "07=1 13=1 13=1 07=2 10=0 notice 10=1 notice", "on composed hand sport half |spliter"},
+    {"a user faster than the camera",
+     [](Stage &stage) {
+         stage.begin();
+         stage.host().meanwhile = [] {
+             now += 300ms;
+         };
+         stage.press("rb_hand rb_whiteboard rb_normal rb_sport sw_picture_mode rb_normal_mode "
+                     "sw_title sw_picture_mode sw_title");
+         stage.host().status[1] = 0;
+     },
+     "10=0 notice 10=1 notice 10=1 notice 10=2 notice 10=2 notice 10=0 notice 07=1 07=2 "
+     "07=2 07=1 13=1 13=1 04=0 notice",
+     "off composed normal normal half"},
+    {"a machine that sleeps for an hour",
+     [](Stage &stage) {
+         stage.begin();
+         advance(5s);
+         stage.press("sw_title");
+         stage.host().status[1] = 0;
+         const int before = stage.host().traffic.count("read");
+         now += 1h;
+         catchUp();
+         stage.note(stage.host().traffic.count("read") - before);
+     },
+     "04=0 notice 1", "off plain normal normal"},
+    {"the window is hidden, minimised and closed",
+     [](Stage &stage) {
+         stage.beginMidway();
+         stage.window().hide();
+         stage.settle();
+         stage.window().show();
+         stage.press("sw_title");
+         stage.window().showMinimized();
+         stage.settle();
+         stage.window().showNormal();
+         stage.press("rb_normal");
+         stage.window().close();
+     },
+     "10=0 notice 10=1 notice 04=0 notice 04=1 10=1 notice 10=0 notice",
+     "on plain normal normal |spliter |picture_title"},
+    {"the container moves to another window",
+     [](Stage &stage) {
+         stage.beginMidway();
+         stage.other.layout()->addWidget(stage.hosted->container);
+         catchUp();
+         stage.press("rb_sport rb_normal");
+     },
+     "10=0 notice 10=1 notice 07=1 07=2 10=1 notice 10=0 notice 04=0 notice",
+     "off plain normal sport"},
+    {"the panel moves to a window of its own, and on to another",
+     [](Stage &stage) {
+         stage.beginMidway();
+         stage.hosted->panel->setParent(nullptr);
+         stage.hosted->panel->show();
+         catchUp();
+         QVERIFY(stage.hosted->panel->updatesEnabled());
+         stage.press("rb_normal");
+         stage.settle();
+         stage.press("sw_title rb_sport");
+         stage.other.layout()->addWidget(stage.hosted->panel);
+     },
+     "10=0 notice 10=1 notice 10=1 notice 10=0 notice 04=0 notice 07=1 07=2 04=1",
+     "on plain normal sport |spliter |picture_title"},
+    {"the panel goes at any moment, and its window",
+     [](Stage &stage) {
+         delete stage.hosted->panel; // before it came
+         for (const quint64 answer : {0, 60}) {
+             endAtAnyMoment(stage, false, answer);
+             endAtAnyMoment(stage, true, answer);
+         }
+     },
+     "", nullptr},
+    {"the window goes among the events of a deferred step",
+     [](Stage &stage) {
+         stage.begin();
+         stage.press("rb_hand");
+         QTimer::singleShot(0, [&stage] { stage.hosted.reset(); });
+     },
+     "", nullptr},
+    {"two panels in a window, and one goes",
+     [](Stage &stage) {
+         stage.begin();
+         RecordingHost host;
+         host.status = stage.host().status;
+         auto *const second = new ControlTrackingPlugin;
+         host.installIn(*second);
+         second->insertWidget(stage.hosted->container);
+         stage.settle();
+         HostedPanel::press(PanelInternals::ui(*second)->rb_whiteboard);
+         HostedPanel::press(PanelInternals::ui(*second)->sw_title);
+         stage.press("rb_hand sw_title");
+         delete second;
+         stage.notes << host.takeSent();
+     },
+     "10=0 notice 10=1 notice 04=0 notice 10=0 notice 10=2 notice", "off plain hand normal"},
+    {"a host that freezes the window itself, and thaws it too soon",
+     [](Stage &stage) {
+         stage.begin();
+         stage.window().setUpdatesEnabled(false);
+         stage.press("rb_hand");
+         stage.settle();
+         stage.note(int(stage.window().updatesEnabled()));
+         stage.press("rb_normal");
+         stage.window().setUpdatesEnabled(true);
+     },
+     "10=0 notice 10=1 notice 10=1 notice 10=0 notice 1",
+     "on plain normal normal |spliter |picture_title"},
+    {"the freezes of a turn share one thaw in each window, painted once with its children",
+     [](Stage &stage) {
+         stage.begin();
+         stage.press("rb_hand rb_normal"); // eight freezes
+         stage.freeze(stage.other, stage.label);
+         stage.freeze();
+         stage.freeze(stage.other, stage.label);
+         QVERIFY(!stage.window().updatesEnabled() && !stage.other.updatesEnabled());
+         catchUp();
+         stage.note(stage.paints[&stage.window()]);
+         stage.note(stage.paints[&stage.other]);
+     },
+     "10=0 notice 10=1 notice 10=1 notice 10=0 notice 2 2",
+     "on plain normal normal |spliter |picture_title"},
+    {"a freeze among the events of a deferred step has a thaw of its own, one without end none",
+     [](Stage &stage) {
+         stage.begin();
+         stage.freeze();
+         QTimer::singleShot(1, &stage.window(), [&stage] {
+             stage.note(int(stage.window().updatesEnabled()));
+             stage.freeze();
+         });
+         now += 1ms;
+         catchUp();
+         stage.note(stage.paints[&stage.window()]);
+         stage.hosted->panel->updateSpliterSub(stage.hosted->container, stage.label, true, false);
+         catchUp();
+         stage.note(int(stage.window().updatesEnabled()));
+         stage.freeze();
+     },
+     "0 3 0", "on plain normal normal |spliter |picture_title"},
+};
+
+} // namespace
+
+void TestFaults::initTestCase()
+{
+    Warnings::failOnUnannounced();
+    Warnings::expected = QRegularExpression("does not support setParent"); // of windows, offscreen
+}
+
+void TestFaults::faults_data()
+{
+    QTest::addColumn<int>("index");
+    for (int i = 0; i < int(std::size(rows)); ++i)
+        QTest::newRow(rows[i].name) << i;
+}
+
+void TestFaults::faults()
+{
+    QFETCH(int, index);
+    const Row &row = rows[index];
+    Stage stage;
+    row.play(stage);
+    advance(150ms);
+    for (const QWidget *window : QApplication::topLevelWidgets())
+        QVERIFY(window->updatesEnabled());
+    if (stage.hosted && stage.hosted->panel) {
+        QCOMPARE(stage.hosted->shown(), QString(row.shown));
+        stage.notes = stage.host().takeSent() + stage.notes;
+    }
+    QCOMPARE(stage.notes.join(' '), QString(row.sent));
+}
+
+TEST_MAIN(TestFaults)
+#include "tst_faults.moc"
