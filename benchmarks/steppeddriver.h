@@ -28,6 +28,8 @@ public:
             time += frame;
             advanceAnimation();
             QCoreApplication::processEvents();
+            // No event loop runs that would delete what has ended.
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
             // The platform waits some ms of real time before it asks for what needs painting.
             const auto windows = QApplication::topLevelWidgets();
             for (QWidget *const window : windows) {

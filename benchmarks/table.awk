@@ -6,7 +6,7 @@ function shown(value, unit) {
              : value >= 1e3 ? sprintf("%.1f µs", value / 1e3) : sprintf("%.0f ns", value)
     if (unit == "bytes")
         return sprintf("%.0f KiB", value / 1024)
-    return sprintf("%d %s", value, unit)
+    return value >= 1e6 ? sprintf("%.2f million %s", value / 1e6, unit) : sprintf("%d %s", value, unit)
 }
 
 BEGIN { FS = "|" }
@@ -20,8 +20,6 @@ BEGIN { FS = "|" }
 }
 
 END {
-    print "| Subject | This project | Floor | Ratio | Target |"
-    print "|---|---|---|---|---|"
     for (i = 1; i <= count; ++i) {
         row = rows[i]
         split(row, name, FS)
@@ -30,13 +28,19 @@ END {
         goal = target[row]
         sum = sprintf("%.2f", ours / floor)
         if (goal ~ /^[+]/) {
-            missed = ours - floor > substr(goal, 2) + 0
+            missed = ours - floor > goal + 0
             sum = sprintf("%+d KiB", (ours - floor) / 1024)
             goal = sprintf("+%d KiB", goal / 1024)
         } else {
-            missed = goal != "" && sum + 0 > goal + 0
+            missed = goal != "" && ours / floor > goal + 0
         }
-        printf "| %s | %s | %s | %s | %s |\n", name[1], shown(ours, name[2]), \
-            shown(floor, name[2]), sum, missed ? goal ", missed" : goal
+        if (!(name[1] in lines))
+            subjects[++told] = name[1]
+        lines[name[1]] = lines[name[1]] sprintf("| %s | %s | %s | %s | %s |\n", name[1], \
+            shown(ours, name[2]), shown(floor, name[2]), sum, missed ? goal ", missed" : goal)
     }
+    print "| Subject | This project | Floor | Ratio | Target |"
+    print "|---|---|---|---|---|"
+    for (i = 1; i <= told; ++i)
+        printf "%s", lines[subjects[i]]
 }
