@@ -5,15 +5,13 @@
 #include <QScreen>
 #include <QStackedLayout>
 
-/// The panel between its user, its host and a camera. Each run has a density of its own.
+/// The panel in its host: density, language, container. Each run has a density of its own.
 class TestPanel : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase();
-    void behaviour_data();
-    void behaviour();
     void density();
     void language_data();
     void language();
@@ -25,42 +23,6 @@ private:
     double m_factor = 1.0;
 };
 
-namespace {
-
-using namespace std::chrono_literals;
-
-const struct Row
-{
-    const char *name;
-    const char *camera; // its status block when the panel is built
-    const char *script; // what is pressed then; or wait, or reset
-    const char *sent;   // every command and notice from set-up on
-    const char *panel;  // what it shows in the end
-} rows[] = {
-    {"set-up mirrors the camera, and echoes the composition alone", "0001000202", "", "13=2",
-     "on composed normal sport full |spliter |picture_title |picture_mode"},
-    {"tracking", "0001000100", "sw_title wait sw_title", "04=0 notice 04=1",
-     "on plain normal normal |spliter |picture_title"},
-    {"type", "0001000101", "rb_hand wait rb_whiteboard",
-     "13=1 10=0 notice 10=1 notice 10=1 notice 10=2 notice",
-     "on composed whiteboard normal half |spliter"},
-    {"mode", "0001000100", "rb_sport", "07=1 07=2",
-     "on plain normal sport |spliter |picture_title"},
-    {"composition, for the first time", "0001000100", "sw_picture_mode", "13=1 13=1",
-     "on composed normal normal half |spliter |picture_title |picture_mode"},
-    {"composition, off and on", "0001000103", "sw_picture_mode wait sw_picture_mode",
-     "13=3 13=0 notice 13=3",
-     "on composed normal normal multi |spliter |picture_title |picture_mode"},
-    {"kind of composition", "0001000101", "wg_full_body", "13=1 13=1 13=2",
-     "on composed normal normal full |spliter |picture_title |picture_mode"},
-    {"title row", "0001000101", "frame_title wait frame_title wait frame_title", "13=1",
-     "on composed normal normal half"},
-    {"reset", "0000020203", "reset", "13=3 10=2 notice 10=0 notice 07=2 07=1 04=1 13=0 notice",
-     "on plain normal normal multi |spliter |picture_title"},
-};
-
-} // namespace
-
 void TestPanel::initTestCase()
 {
     Warnings::failOnUnannounced();
@@ -68,35 +30,6 @@ void TestPanel::initTestCase()
     QCOMPARE(m_factor, qgetenv("QT_FONT_DPI").toDouble() / 96.0);
     if (m_factor > 1.0) // the panel has no largest size, which cannot be scaled
         Warnings::expected = QRegularExpression("The largest allowed size is");
-}
-
-void TestPanel::behaviour_data()
-{
-    QTest::addColumn<int>("index");
-    for (int i = 0; i < int(std::size(rows)); ++i)
-        QTest::newRow(rows[i].name) << i;
-}
-
-void TestPanel::behaviour()
-{
-    QFETCH(int, index);
-    const Row &row = rows[index];
-    HostedPanel hosted;
-    hosted.panel->resetToDefault(); // too early, and ignored
-    hosted.host.status = QByteArray::fromHex(row.camera);
-    hosted.insertAndShow();
-    VirtualTime::advance(250ms);
-    for (const QString &word : QString(row.script).split(' ')) {
-        if (word == "wait")
-            VirtualTime::advance(250ms);
-        else if (word == "reset")
-            hosted.panel->resetToDefault();
-        else if (!word.isEmpty())
-            QVERIFY2(hosted.press(word), qPrintable(word));
-    }
-    VirtualTime::advance(250ms);
-    QCOMPARE(hosted.host.takeSent().join(' '), QString(row.sent));
-    QCOMPARE(hosted.shown(), QString(row.panel));
 }
 
 void TestPanel::density()
