@@ -87,29 +87,37 @@ public:
 
 protected:
     /// Lays out, thaws and paints a frozen window on the next turn of the event loop, once for all
-    /// that ask until then. The step belongs to the window: it runs even if the panel that asked
-    /// for it is gone by then.
+    /// that ask until then, even if the panel that asked is gone by then.
     static void thawLater(QWidget *window)
     {
         static constexpr char pending[] = "orv_thawPending";
         if (window->property(pending).toBool())
             return;
         window->setProperty(pending, true);
-        QTimer::singleShot(0, window, [window = QPointer<QWidget>(window)] {
-            // First: what the events below freeze again gets a step of its own.
-            window->setProperty(pending, QVariant());
-            if (QLayout *const layout = window->layout())
-                layout->activate();
-            // By name as well: GLib's dispatcher, asked in here, passes over what was posted before
-            // this step, and rows that came into sight would be painted once more after the thaw.
-            QCoreApplication::sendPostedEvents();
-            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-            if (!window)
-                return;
-            window->setUpdatesEnabled(true);
-            window->repaint();
-            // What was made a window of its own meanwhile is still frozen along with this one, not
-            // by itself.
+        QTimer::singleShot(0, qApp, [window = QPointer<QWidget>(window)] {
+            if (window) {
+                // First: what the events below freeze again gets a step of its own.
+                window->setProperty(pending, QVariant());
+                if (QLayout *const layout = window->layout())
+                    layout->activate();
+                // An event may open an event loop of its own, such as a dialog's.
+                QTimer dialogOpened;
+                QObject::connect(&dialogOpened, &QTimer::timeout, window.data(),
+                                 [window] { window->setUpdatesEnabled(true); });
+                dialogOpened.setSingleShot(true);
+                dialogOpened.start(50);
+                // By name as well: GLib's dispatcher, asked in here, passes over what was posted
+                // before this step, and rows that came into sight would be painted once more after
+                // the thaw.
+                QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+                QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+            }
+            if (window) {
+                window->setUpdatesEnabled(true);
+                window->repaint();
+            }
+            // What was taken out of a frozen window is still frozen, but not by itself: nobody else
+            // would ever thaw it.
             const QWidgetList windows = QApplication::topLevelWidgets();
             for (QWidget *const other : windows) {
                 if (!other->updatesEnabled() && !other->testAttribute(Qt::WA_ForceUpdatesDisabled))

@@ -227,6 +227,35 @@ const struct Row
          QTimer::singleShot(0, [&stage] { stage.hosted.reset(); });
      },
      "", nullptr},
+    {"the channel's end of a click opens a dialog, and the camera falls silent",
+     [](Stage &stage) {
+         stage.begin();
+         stage.host().meanwhile = [&stage] {
+             stage.host().meanwhile = nullptr;
+             stage.host().length = 0;
+             const auto dialog = [&stage] {
+                 advance(100ms);
+                 stage.note(int(stage.window().updatesEnabled()));
+             };
+             QMetaObject::invokeMethod(&stage, dialog, Qt::QueuedConnection);
+         };
+         stage.press("rb_hand");
+     },
+     "10=0 notice 10=1 notice 1", "on plain hand normal |spliter"},
+    {"what is taken out of a window that goes",
+     [](Stage &stage) {
+         stage.begin();
+         auto *const old = new QWidget;
+         (new QVBoxLayout(old))->addWidget(stage.label);
+         old->show();
+         stage.freeze(*old, stage.label);
+         stage.label->setParent(nullptr);
+         delete old;
+         catchUp();
+         stage.note(int(stage.label->updatesEnabled()));
+         stage.other.layout()->addWidget(stage.label);
+     },
+     "1", "on plain normal normal |spliter |picture_title"},
     {"two panels in a window, and one goes",
      [](Stage &stage) {
          stage.begin();
