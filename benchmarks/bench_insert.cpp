@@ -25,7 +25,7 @@ protected:
 
 void showUntilPainted(HostWindow &host, QWidget *watched)
 {
-    const Painted painted(watched);
+    Painted painted(watched);
     host.window.show();
     while (!painted.once)
         QCoreApplication::processEvents();

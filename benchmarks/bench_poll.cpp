@@ -4,12 +4,16 @@
 #include "benchmark.h"
 #include "hostedpanel.h"
 
+#include <QThread>
+
 int main()
 {
     const Application application;
     HostWindow host;
     auto *const panel = host.insertPanel();
     host.window.show();
+    HostWindow::turn();
+    QThread::msleep(150); // the slides to what the camera has
     HostWindow::turn();
 
     const Bench::Step poll = [&] {

@@ -36,10 +36,16 @@ void print(const std::string &subject, const char *unit, const char *side, doubl
 class BestOfRuns : public benchmark::BenchmarkReporter
 {
 public:
+    bool failed = false;
     bool ReportContext(const Context & /*context*/) override { return true; }
     void ReportRuns(const std::vector<Run> &runs) override
     {
         for (const Run &run : runs) {
+            if (run.error_occurred) {
+                std::fprintf(stderr, "%s: %s\n", run.benchmark_name().c_str(),
+                             run.error_message.c_str());
+                failed = true;
+            }
             if (run.run_type != Run::RT_Iteration)
                 continue;
             const auto known =
@@ -91,7 +97,8 @@ void registerSideInCopies(const char *subject, const char *side, const Bench::Ti
                                      }
                                  })
         ->UseManualTime()
-        ->Iterations(4);
+        ->Iterations(1)
+        ->Repetitions(60);
 }
 
 void count(const std::string &name, const Bench::Step &step)
@@ -156,6 +163,8 @@ int Bench::run()
     benchmark::Initialize(&argc, argv);
     BestOfRuns reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
+    if (reporter.failed)
+        return 1;
     for (const Measure &measure : asked) {
         for (const char *side : {"ours", "floor"}) {
             const auto best = bestTimes.find(fields(measure.subject, "ns", side));

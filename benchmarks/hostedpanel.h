@@ -40,11 +40,13 @@ struct HostWindow
         return panel;
     }
 
-    /// Puts in the same form, without anything behind it.
+    /// Puts in the same form, with the same rows in sight, without anything behind it.
     QWidget *insertForm(Ui_root &form)
     {
         auto *const widget = new QWidget;
         form.setupUi(widget);
+        form.frame_limit_title->hide();
+        form.frame_limit_setting_spliter->hide();
         container->layout()->addWidget(widget);
         return widget;
     }
