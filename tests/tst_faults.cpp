@@ -251,11 +251,14 @@ const struct Row
          stage.freeze(*old, stage.label);
          stage.label->setParent(nullptr);
          delete old;
+         stage.other.setUpdatesEnabled(false); // by the host, and none of the step's business
          catchUp();
          stage.note(int(stage.label->updatesEnabled()));
+         stage.note(int(stage.other.updatesEnabled()));
+         stage.other.setUpdatesEnabled(true);
          stage.other.layout()->addWidget(stage.label);
      },
-     "1", "on plain normal normal |spliter |picture_title"},
+     "1 0", "on plain normal normal |spliter |picture_title"},
     {"two panels in a window, and one goes",
      [](Stage &stage) {
          stage.begin();
