@@ -67,10 +67,12 @@ inline void needApplication(Warnings warnings)
     });
 }
 
-/// Short stacks and few freed blocks are kept: a panel is thousands of allocations.
+/// Short stacks and few freed blocks are kept: a panel is thousands of allocations. Memory is short
+/// for what a decoder takes on the word of a picture that never announced its size.
 extern "C" const char *__asan_default_options()
 {
-    return "malloc_context_size=5:quarantine_size_mb=32";
+    return "malloc_context_size=5:quarantine_size_mb=32:max_allocation_size_mb=128:"
+           "allocator_may_return_null=1";
 }
 
 extern "C" const char *__lsan_default_options()
