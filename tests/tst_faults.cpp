@@ -108,6 +108,12 @@ void endAtAnyMoment(Stage &stage, bool withWindow, quint64 answer)
     }
 }
 
+/// A panel that brings a Chinese catalog, and no English one.
+struct Renamed : ControlTrackingPlugin
+{
+    QString name() override { return "fallback"; }
+};
+
 const struct Row
 {
     const char *name;
@@ -275,6 +281,16 @@ const struct Row
          stage.notes << host.takeSent();
      },
      "10=0 notice 10=1 notice 04=0 notice 10=0 notice 10=2 notice", "off plain hand normal"},
+    {"a catalog that is missing",
+     [](Stage &stage) {
+         stage.begin();
+         auto *const renamed = new Renamed;
+         stage.host().installIn(*renamed);
+         renamed->insertWidget(&stage.other);
+         stage.notes << PanelInternals::ui(*renamed)->label_title->text();
+         delete renamed;
+     },
+     "退路", "on plain normal normal |spliter |picture_title"},
     {"a host that freezes the window itself, and thaws it too soon",
      [](Stage &stage) {
          stage.begin();

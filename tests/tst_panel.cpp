@@ -15,7 +15,6 @@ private Q_SLOTS:
     void density();
     void language_data();
     void language();
-    void catalogMissing();
     void containers_data();
     void containers();
 
@@ -63,22 +62,6 @@ void TestPanel::language()
     hosted.host.language = *static_cast<QVariant *>(QTest::qData("answer", QMetaType::QVariant));
     hosted.panel->insertWidget(hosted.container);
     QTEST(hosted.ui()->label_title->text(), "title");
-}
-
-void TestPanel::catalogMissing()
-{
-    // Brings a Chinese catalog of another name, and no English one.
-    class Renamed : public ControlTrackingPlugin
-    {
-    public:
-        QString name() override { return "fallback"; }
-    };
-    RecordingHost host;
-    QWidget container;
-    auto *const panel = new Renamed;
-    host.installIn(*panel);
-    panel->insertWidget(&container);
-    QCOMPARE(PanelInternals::ui(*panel)->label_title->text(), QStringLiteral("退路"));
 }
 
 void TestPanel::containers_data()
