@@ -21,6 +21,7 @@ bool isTooLarge(QSize picture, QSize asked)
 extern "C" int LLVMFuzzerTestOneInput(const uchar *bytes, size_t size)
 {
     needApplication(Warnings::AreIgnored); // the decoders'
+    QPixmapCache::clear(); // Qt itself takes a file of the same name, size and second for the same
     static const QTemporaryDir folder;
     static constexpr const char *names[] = {"a.svg", "A.SVG", "a.png", "a.jpg",
                                             "a.gif", "a.xpm", "a.ico", "a"};
@@ -43,10 +44,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uchar *bytes, size_t size)
         REQUIRE(got == (asked.isEmpty() ? QSize(0, 0) : asked));
     } else if (asked.isNull() || !asked.isEmpty()) {
         QImage image;
-        REQUIRE(!pixmap.isNull() || !image.loadFromData(input.left));
-        REQUIRE(pixmap.isNull() || got.expandedTo(asked) == got);
-        REQUIRE(asked.isNull() || pixmap.isNull() || got.width() == asked.width() ||
-                got.height() == asked.height());
+        if (image.loadFromData(input.left)) {
+            const QSize covering = image.size().scaled(asked, Qt::KeepAspectRatioByExpanding);
+            REQUIRE(got == (asked.isNull() ? image.size() : covering.expandedTo({1, 1})));
+        }
     } else {
         REQUIRE(pixmap.isNull());
     }

@@ -15,11 +15,6 @@ struct PanelInternals
 {
     static Ui_root *ui(ControlTrackingPlugin &panel) { return panel.ui; }
     static QTimer *pollTimer(ControlTrackingPlugin &panel) { return panel.pollTimer.data(); }
-    static QSharedPointer<M24_Extension> &areaTable(ControlTrackingPlugin &panel)
-    {
-        return panel.areaTable;
-    }
-    static quint8 *payloadBuffer(ControlTrackingPlugin &panel) { return panel.payloadBuffer; }
 };
 
 /// A host's end of the channel, with a camera behind it. Every record is checked to the last byte

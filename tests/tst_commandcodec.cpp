@@ -21,14 +21,14 @@ void TestCommandCodec::interfaceIsStable()
         return int((offset[0] - 1) / std::ptrdiff_t(sizeof(void *)));
     };
     using Api = OrvPluginApi;
-    int slot = 0;
-    QCOMPARE(slotOf(&Api::name), slot++);
-    QCOMPARE(slotOf(&Api::category), slot++);
-    QCOMPARE(slotOf(&Api::resetToDefault), slot++);
-    QCOMPARE(slotOf(&Api::insertWidget), slot++);
-    QCOMPARE(slotOf(&Api::syncPropValue), slot++);
-    QCOMPARE(slotOf(&Api::getCurrentParams), slot++);
-    QCOMPARE(slotOf(&Api::setCurrentParams), slot++);
+    const QVector<int> order = {slotOf(&Api::name),
+                                slotOf(&Api::category),
+                                slotOf(&Api::resetToDefault),
+                                slotOf(&Api::insertWidget),
+                                slotOf(&Api::syncPropValue),
+                                slotOf(&Api::getCurrentParams),
+                                slotOf(&Api::setCurrentParams)};
+    QCOMPARE(order, (QVector<int>{0, 1, 2, 3, 4, 5, 6}));
     QCOMPARE(Api().category(), 2);
     QCOMPARE(QMetaType::typeName(qMetaTypeId<ExtensionUnit>()), "ExtensionUnit");
     QCOMPARE(QMetaType::typeName(qMetaTypeId<SettingData>()), "SettingData");

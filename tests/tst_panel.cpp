@@ -5,7 +5,7 @@
 #include <QScreen>
 #include <QStackedLayout>
 
-/// The panel in its host: density, language, container. Each run has a density of its own.
+/// The panel in its host: density, container. Each run has a density of its own.
 class TestPanel : public QObject
 {
     Q_OBJECT
@@ -13,8 +13,6 @@ class TestPanel : public QObject
 private Q_SLOTS:
     void initTestCase();
     void density();
-    void language_data();
-    void language();
     void containers_data();
     void containers();
 
@@ -42,26 +40,6 @@ void TestPanel::density()
     QCOMPARE(hosted.ui()->sw_title->findChild<Slider *>()->width(), scaled(20) - 4);
     QCOMPARE(hosted.ui()->frame_title->minimumHeight(), scaled(60));
     QCOMPARE(hosted.ui()->wg_half_body->maximumHeight(), scaled(85));
-}
-
-void TestPanel::language_data()
-{
-    QTest::addColumn<QVariant>("answer");
-    QTest::addColumn<QString>("title");
-    QTest::newRow("1") << QVariant(1) << "AI Tracking";
-    QTest::newRow("0") << QVariant(0) << "AI跟踪";
-    QTest::newRow("2") << QVariant(2) << "AI跟踪";
-    QTest::newRow("text") << QVariant("English") << "AI跟踪";
-    QTest::newRow("nothing") << QVariant() << "AI跟踪";
-    QTest::newRow("1 again, for a second instance") << QVariant(1) << "AI Tracking";
-}
-
-void TestPanel::language()
-{
-    HostedPanel hosted;
-    hosted.host.language = *static_cast<QVariant *>(QTest::qData("answer", QMetaType::QVariant));
-    hosted.panel->insertWidget(hosted.container);
-    QTEST(hosted.ui()->label_title->text(), "title");
 }
 
 void TestPanel::containers_data()

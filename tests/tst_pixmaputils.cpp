@@ -1,7 +1,6 @@
 #include "pixmaputils.h"
 #include "support.h"
 
-#include <QBuffer>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -11,7 +10,6 @@ class TestPixmapUtils : public QObject
 
 private Q_SLOTS:
     void rendersSvg();
-    void loadsAndRemembers();
     void missingFileIsTriedAgain();
     void picksColor();
 
@@ -20,15 +18,6 @@ private:
     {
         QFile file(dir.filePath(name));
         return file.open(QIODevice::WriteOnly) && file.write(bytes) >= 0 ? file.fileName() : "";
-    }
-
-    static QByteArray encoded(const char *format)
-    {
-        QImage image(40, 20, QImage::Format_RGB32);
-        image.fill(Qt::red);
-        QBuffer buffer;
-        image.save(&buffer, format);
-        return buffer.data();
     }
 
     QTemporaryDir dir;
@@ -46,34 +35,12 @@ void TestPixmapUtils::rendersSvg()
     QVERIFY(loadSvgAsPixmap(path, QSize()).isNull());
 }
 
-void TestPixmapUtils::loadsAndRemembers()
-{
-    const QByteArray png = encoded("PNG");
-    const QByteArray jpeg = encoded("JPG"); // which the name does not say
-    const QByteArray broken = png.left(30);
-    const std::tuple<QByteArray, QSize, QSize> rows[] = {{png, {0, 0}, {40, 20}},
-                                                         {png, {10, 10}, {20, 10}},
-                                                         {png, {0, 10}, {0, 0}},
-                                                         {jpeg, {80, 9}, {80, 40}},
-                                                         {broken, {5, 5}, {0, 0}}};
-    for (const auto &[bytes, asked, got] : rows) {
-        const QString path = write("a.PNG", bytes);
-        const QPixmap pixmap = loadPixmapAutoFormat(path, asked, false);
-        QCOMPARE(pixmap.size(), got);
-        write("a.PNG", png);
-        QCOMPARE(loadPixmapAutoFormat(path, QSize(7, 7), true).cacheKey(), pixmap.cacheKey());
-        removePixmapCache(path);
-        QCOMPARE(loadPixmapAutoFormat(path, QSize(0, 0), false).size(), QSize(40, 20));
-        removePixmapCache(path);
-    }
-}
-
 void TestPixmapUtils::missingFileIsTriedAgain()
 {
     const QString path = dir.filePath("later.png");
     QTest::ignoreMessage(QtDebugMsg, qPrintable("can not read file :  \"" + path + '"'));
     QVERIFY(loadPixmapAutoFormat(path, QSize(9, 9), false).isNull());
-    write("later.png", encoded("PNG"));
+    QVERIFY(QImage(40, 20, QImage::Format_RGB32).save(path));
     QCOMPARE(loadPixmapAutoFormat(path, QSize(0, 0), false).size(), QSize(40, 20));
 }
 

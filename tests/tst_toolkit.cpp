@@ -87,24 +87,11 @@ void press(Clickable *widget, Signal clicked)
 
 void TestToolkit::guideLines()
 {
-    const QString block = "QLabel {\nmargin: 0px;\n}\n";
-    QList<std::tuple<QString, QString, int>> rows = {
-        // given, applied, location
-        {block, block, 8},
-        {block + "location:4;", block, 4},
-        {"location:  5 \n;" + block, block, 5},
-        {"/*relocation:x;*/", "/*re*/", 0},
-        {"/*location:6", "/*on:6", 6},
-        {"location:1;" + QString(1200, ' '), QString(995, ' '), 1}};
-    for (int i = 0; i < 9; ++i)
-        rows << std::make_tuple(QString("location:%1;").arg(i), QString(), i);
-    for (const auto &[given, applied, location] : qAsConst(rows)) {
+    for (int location = 0; location < 9; ++location) {
         QLabel plain;
         BgLineLabel label(nullptr);
-        label.setStyleSheet(given);
-        QCOMPARE(label.styleSheet(), applied);
-        label.setStyleSheet("");
-        QVERIFY2(painted(label) == painted(plain, location), qPrintable(given));
+        label.setStyleSheet(QString("location:%1;").arg(location));
+        QVERIFY2(painted(label) == painted(plain, location), qPrintable(QString::number(location)));
     }
 }
 
