@@ -148,7 +148,11 @@ void addAreaRow(QGridLayout &grid)
     row->addStretch();
 
     QObject::connect(add, &QPushButton::clicked, frame, [row, add, start = -90]() mutable {
-        insertAreaTile(*row, *add, start, start + 20, [] {});
+        const AreaTile tile = insertAreaTile(*row, *add, start, start + 20);
+        QObject::connect(tile.frame, &QPressFrame::hoverEvent, tile.deleteButton,
+                         &QWidget::setVisible);
+        QObject::connect(tile.deleteButton, &QPushButton::clicked, tile.frame,
+                         [row, add, tile] { removeAreaTile(*row, *add, tile.frame); });
         start += 30;
     });
     add->click();
@@ -273,9 +277,6 @@ void Gallery::rebuild()
 
     const double dense = std::max(1.0, logicalDpiX() / 96.0);
     Talsen::changeObjectSizeInner(*content, dense * m_scale->value() / 10);
-    const auto switches = content->findChildren<SwitchButton *>();
-    for (SwitchButton *const button : switches)
-        button->layOut();
     page->activate();
     m_scroll->setWidget(content);
 }

@@ -1,28 +1,22 @@
 // What the user does to the controls: first the rows follow, then the camera is told.
 
+#include "choices.h"
 #include "controltrackingplugin.h"
-#include "ui_root.h"
 
 void ControlTrackingPlugin::onTitleClicked()
 {
     if (!ui->sw_title->GetStatus())
         return;
     const bool show = !ui->frame_spliter->isVisible();
-    const bool basic = show && ui->rb_normal->isChecked();
     updateSpliter(host(), ui->frame_spliter, show);
-    updateSpliterSub(host(), ui->frame_picture_title, basic, false);
-    updateSpliterSub(host(), ui->frame_picture_mode, basic && ui->sw_picture_mode->GetStatus(),
-                     true);
+    showCompositionRows(show && ui->rb_normal->isChecked());
 }
 
 void ControlTrackingPlugin::onTrackingSwitch(int value)
 {
     const bool on = value != 0;
-    const bool basic = on && ui->rb_normal->isChecked();
     updateSpliter(host(), ui->frame_spliter, on);
-    updateSpliterSub(host(), ui->frame_picture_title, basic, false);
-    updateSpliterSub(host(), ui->frame_picture_mode, basic && ui->sw_picture_mode->GetStatus(),
-                     true);
+    showCompositionRows(on && ui->rb_normal->isChecked());
     sendCommand(*trackingSwitch, value);
     if (!on)
         sendCameraNotice();
@@ -32,25 +26,14 @@ void ControlTrackingPlugin::onTrackingSwitch(int value)
 // camera is sent the old value and then the new one.
 void ControlTrackingPlugin::onTrackingType(QAbstractButton *button, bool /*checked*/)
 {
-    const bool basic = button == ui->rb_normal;
-    updateSpliterSub(host(), ui->frame_picture_title, basic, false);
-    updateSpliterSub(host(), ui->frame_picture_mode, basic && ui->sw_picture_mode->GetStatus(),
-                     true);
-    if (button == ui->rb_normal)
-        sendCommand(*trackingType, 0);
-    else if (button == ui->rb_hand)
-        sendCommand(*trackingType, 1);
-    else if (button == ui->rb_whiteboard)
-        sendCommand(*trackingType, 2);
+    showCompositionRows(button == ui->rb_normal);
+    sendChoice(*trackingType, choiceOf(button, *ui, typeChoices));
     sendCameraNotice();
 }
 
 void ControlTrackingPlugin::onTrackingMode(QAbstractButton *button, bool /*checked*/)
 {
-    if (button == ui->rb_normal_mode)
-        sendCommand(*trackingMode, 1);
-    else if (button == ui->rb_sport)
-        sendCommand(*trackingMode, 2);
+    sendChoice(*trackingMode, choiceOf(button, *ui, modeChoices));
 }
 
 void ControlTrackingPlugin::onPictureModeSwitch(int value)
@@ -68,15 +51,25 @@ void ControlTrackingPlugin::onPictureModeSwitch(int value)
 
 void ControlTrackingPlugin::setPictureModeUI(QAbstractButton *button, bool /*checked*/)
 {
-    if (button == ui->wg_half_body)
-        sendCommand(*composition, 1);
-    else if (button == ui->wg_full_body)
-        sendCommand(*composition, 2);
-    else if (button == ui->wg_multi_body)
-        sendCommand(*composition, 3);
+    sendChoice(*composition, choiceOf(button, *ui, compositionChoices));
+}
+
+// A button that somebody else has put into the group stands for nothing.
+void ControlTrackingPlugin::sendChoice(M24_Extension &setting, const Choice *choice)
+{
+    if (choice)
+        sendCommand(setting, choice->value);
 }
 
 void ControlTrackingPlugin::sendCameraNotice()
 {
     sendCameraData(CameraData{ui->rb_hand, true, 3, 0, 2});
+}
+
+// Composition is for the type Basic alone, its pictures for composition that is on.
+void ControlTrackingPlugin::showCompositionRows(bool basic)
+{
+    updateSpliterSub(host(), ui->frame_picture_title, basic, false);
+    updateSpliterSub(host(), ui->frame_picture_mode, basic && ui->sw_picture_mode->GetStatus(),
+                     true);
 }

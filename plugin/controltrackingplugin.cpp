@@ -1,6 +1,6 @@
 #include "controltrackingplugin.h"
 
-#include "ui_root.h"
+#include "choices.h"
 
 namespace {
 
@@ -28,7 +28,8 @@ QSharedPointer<M24_Extension> describe(CommandId command, int defaultValue,
                                                                nullptr});
 }
 
-// A switch that slides takes no state, and being asked would forget that its slide is a silent one.
+// A switch that slides drops the request, and with it the silence that blockNextSignal() gave its
+// slide: the camera would be sent what was read from it.
 void moveTo(SwitchButton *button, bool on)
 {
     if (!button->isSliding() && button->GetStatus() != on)
@@ -72,22 +73,12 @@ void ControlTrackingPlugin::resetToDefault()
 
     moveTo(ui->sw_title, trackingSwitch->defaultValue != 0);
 
-    if (trackingType->defaultValue == 1)
-        ui->rb_hand->click();
-    else if (trackingType->defaultValue == 0)
-        ui->rb_normal->click();
-
-    if (trackingMode->defaultValue == 2)
-        ui->rb_sport->click();
-    else if (trackingMode->defaultValue == 1)
-        ui->rb_normal_mode->click();
-
+    const auto choose = [this](const Choice *choice) {
+        if (choice && choice->resetTarget)
+            (ui->*choice->button)->click();
+    };
+    choose(choiceOf(trackingType->defaultValue, typeChoices));
+    choose(choiceOf(trackingMode->defaultValue, modeChoices));
     moveTo(ui->sw_picture_mode, composition->defaultValue != 0);
-
-    if (composition->defaultValue == 1)
-        ui->wg_half_body->click();
-    else if (composition->defaultValue == 2)
-        ui->wg_full_body->click();
-    else if (composition->defaultValue == 3)
-        ui->wg_multi_body->click();
+    choose(choiceOf(composition->defaultValue, compositionChoices));
 }

@@ -8,12 +8,16 @@
 #include <QTimer>
 #include <QWidget>
 
+struct Choice;
+class QPressFrame;
+class QPushButton;
 class Ui_root;
 
 /// The "AI Tracking" panel and the plug-in's one instance.
 ///
 /// The panel keeps no model of the camera: the controls are the state. What it reads back from the
-/// camera it shows without sending it again.
+/// camera it shows without sending it again, but for one value: a composition of 1 to 3 that the
+/// first answer brings is sent back once, as the button that it checks is reported.
 class ControlTrackingPlugin : public QWidget, public OrvPluginApi
 {
     Q_OBJECT
@@ -32,7 +36,8 @@ public:
     /// command. Does nothing before insertWidget.
     void resetToDefault() override;
     /// Builds the panel in the host's language, shows the camera's state, and starts to follow it:
-    /// one retry after 1 s if there is no answer, a poll every second from 3 s on.
+    /// one retry after 1 s if there is no answer; from 4 s on a poll of tracking and type, 1 s
+    /// after the answer to the one before. Timers of Qt::CoarseTimer: 5 % to either side.
     void insertWidget(QWidget *container) override;
 
     /// Assembles a command in `ext.payload`, the value most significant byte first.
@@ -63,6 +68,7 @@ public:
 
     /// Adds the tile of a non-tracking area to the area row, which is hidden in this panel. At most
     /// three; the area table is left alone and nothing is sent. Only after insertWidget.
+    /// Its pictures, ":/UI/icon_delete.svg" and ":/UI/icon_delete_hover.svg", are the host's.
     void insertUnLimitArea(long startAngle, long endAngle);
 
 private Q_SLOTS:
@@ -75,6 +81,7 @@ private:
     // Set-up and read-back.
     void installCatalog();
     void connectControls();
+    void makeControlsAccessible();
     void placeInto(QWidget *container);
     void scaleForScreen();
     void applyTrackingStatus(const ExtensionUnit &reply);
@@ -88,8 +95,13 @@ private:
     void onTrackingSwitch(int value);
     void onTrackingType(QAbstractButton *button, bool checked);
     void onPictureModeSwitch(int value);
+    void sendChoice(M24_Extension &setting, const Choice *choice);
     void sendCameraNotice();
-    void shortenAreaTable();
+    void showCompositionRows(bool basic);
+
+    // The areas.
+    void onAreaHover(QPushButton *deleteButton, bool enter);
+    void onAreaDelete(QPressFrame *tile);
 
     Ui_root *ui; // filled by insertWidget
     QSharedPointer<QTimer> pollTimer;

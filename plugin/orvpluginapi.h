@@ -1,12 +1,10 @@
 #pragma once
 
 #include "devicerecords.h"
+#include "windowthaw.h"
 
-#include <QApplication>
 #include <QJsonObject>
 #include <QLayout>
-#include <QPointer>
-#include <QTimer>
 #include <QWidget>
 #include <QtPlugin>
 
@@ -15,7 +13,7 @@
 /// Request kinds: the first argument of OrvPluginApi::commandChannel.
 namespace ChannelRequest {
 enum Kind : int {
-    Setting = 0,   ///< record SettingData; answer: the setting's value
+    Setting = 0,   ///< record SettingData; answer: the setting's value, invalid if there is none
     Camera = 3,    ///< record CameraData; the answer is ignored
     Extension = 4, ///< record ExtensionUnit; a get is answered with an ExtensionUnit
 };
@@ -33,28 +31,33 @@ enum Kind : int {
 ///     container, being its child.
 ///
 /// A host must not delete the plug-in inside a call of `commandChannel`, nor let it call through
-/// an empty channel: that throws std::bad_function_call, which nobody catches. The plug-in sends
-/// its requests on the GUI thread and waits for each answer.
+/// an empty channel: that throws std::bad_function_call, which nobody catches.
 ///
 /// Slot order and signatures are the contract between binaries: the interface identifier names
 /// this exact table.
 class OrvPluginApi
 {
 public:
-    /// The plug-in's short name; empty by default.
+    /// The plug-in's short name, also the stem of its catalogs' names; empty by default. May be
+    /// called at any time, also before `insertWidget`.
     virtual QString name() { return QLatin1String(""); }
 
-    /// The group of panels that the host shows this one in; 2 by default.
+    /// The group of panels that the host shows this one in; 2 by default. May be called at any
+    /// time. What a number means is the host's affair.
     virtual int category() { return 2; }
 
-    /// Puts the controls, and through them the device, back to the factory defaults.
+    /// Puts the controls, and through them the device, back to the factory defaults; does nothing
+    /// by default. The host calls it only after `insertWidget`. Commands go out for what changes,
+    /// some of them only when a control's animation has ended.
     virtual void resetToDefault() {}
 
     /// Builds the panel and puts it into `container`, which becomes its owner: first in a box
     /// layout, as one more item in any other layout; a container without a layout gets a vertical
-    /// one.
+    /// one without margins. Does nothing by default. The host calls it once, with the channel
+    /// installed; the panel asks for the setting "language" and reads the device within the call.
     virtual void insertWidget(QWidget *container) { Q_UNUSED(container) }
 
+    /// A value that the host has changed. Does nothing by default; a plug-in need not heed it.
     // By value, as the table between binaries has it.
     // NOLINTNEXTLINE(performance-unnecessary-value-param)
     virtual void syncPropValue(QString property, long value)
@@ -63,14 +66,16 @@ public:
         Q_UNUSED(value)
     }
 
+    /// What the host may store for the plug-in; empty by default.
     virtual QJsonObject getCurrentParams() { return {}; }
 
+    /// What the host has stored for the plug-in. Does nothing by default.
     // NOLINTNEXTLINE(performance-unnecessary-value-param)
     virtual void setCurrentParams(QJsonObject params) { Q_UNUSED(params) }
 
-    /// Shows or hides `target` without flicker: the window of `section` is frozen, the layout of
-    /// `section` invalidated, and on the next turn of the event loop the window is laid out,
-    /// thawed and painted.
+    /// For a panel's own use: shows or hides `target` without flicker. The window of `section` is
+    /// frozen, the layout of `section` invalidated, and on the next turn of the event loop the
+    /// window is laid out, thawed and painted.
     void updateSpliter(QWidget *section, QWidget *target, bool show)
     {
         QWidget *const window = section->window();
@@ -78,53 +83,13 @@ public:
         target->setVisible(show);
         if (QLayout *const layout = section->layout())
             layout->invalidate();
-        thawLater(window);
+        WindowThaw::thawLater(window);
     }
 
     /// The plug-in's way to the host, installed by the host: takes a request kind (ChannelRequest)
-    /// and its record wrapped in a QVariant, returns the answer.
+    /// and its record wrapped in a QVariant, returns the answer. The plug-in calls it on the GUI
+    /// thread and waits there for each answer: what a call takes, the window stands still.
     std::function<QVariant(int request, QVariant record)> commandChannel;
-
-protected:
-    /// Lays out, thaws and paints a frozen window on the next turn of the event loop, once for all
-    /// that ask until then, even if the panel that asked is gone by then.
-    static void thawLater(QWidget *window)
-    {
-        static constexpr char pending[] = "orv_thawPending";
-        if (window->property(pending).toBool())
-            return;
-        window->setProperty(pending, true);
-        QTimer::singleShot(0, qApp, [window = QPointer<QWidget>(window)] {
-            if (window) {
-                // First: what the events below freeze again gets a step of its own.
-                window->setProperty(pending, QVariant());
-                if (QLayout *const layout = window->layout())
-                    layout->activate();
-                // An event may open an event loop of its own, such as a dialog's.
-                QTimer dialogOpened;
-                QObject::connect(&dialogOpened, &QTimer::timeout, window.data(),
-                                 [window] { window->setUpdatesEnabled(true); });
-                dialogOpened.setSingleShot(true);
-                dialogOpened.start(50);
-                // By name as well: GLib's dispatcher, asked in here, passes over what was posted
-                // before this step, and rows that came into sight would be painted once more after
-                // the thaw.
-                QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
-                QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-            }
-            if (window) {
-                window->setUpdatesEnabled(true);
-                window->repaint();
-            }
-            // What was taken out of a frozen window is still frozen, but not by itself: nobody else
-            // would ever thaw it.
-            const QWidgetList windows = QApplication::topLevelWidgets();
-            for (QWidget *const other : windows) {
-                if (!other->updatesEnabled() && !other->testAttribute(Qt::WA_ForceUpdatesDisabled))
-                    other->setUpdatesEnabled(true);
-            }
-        });
-    }
 };
 
 Q_DECLARE_INTERFACE(OrvPluginApi, "com.talsen.OrvPluginApi")

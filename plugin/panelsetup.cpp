@@ -1,8 +1,9 @@
 // How the panel comes to be and follows the camera: set-up, read-back, poll.
 
+#include "accessibility.h"
+#include "choices.h"
 #include "controltrackingplugin.h"
 #include "objectscaling.h"
-#include "ui_root.h"
 
 #include <QBoxLayout>
 #include <QCoreApplication>
@@ -14,7 +15,6 @@
 #include <QVector>
 
 #include <chrono>
-#include <iterator>
 
 namespace {
 
@@ -53,6 +53,7 @@ void ControlTrackingPlugin::insertWidget(QWidget *container)
 {
     installCatalog();
     ui->setupUi(this);
+    makeControlsAccessible();
     connectControls();
     placeInto(container);
 
@@ -66,10 +67,6 @@ void ControlTrackingPlugin::insertWidget(QWidget *container)
     ui->frame_limit_setting_spliter->hide();
 
     scaleForScreen();
-    // Only now have the switches their sizes. Laid out here, they take nothing of what the user
-    // does for a change of theirs when their rows come into sight.
-    for (SwitchButton *const button : {ui->sw_title, ui->sw_picture_mode, ui->sw_limit})
-        button->layOut();
 
     pollTimer->setInterval(pollInterval);
     connect(pollTimer.data(), &QTimer::timeout, this, &ControlTrackingPlugin::pollTrackingStatus);
@@ -112,6 +109,27 @@ void ControlTrackingPlugin::connectControls()
             SLOT(setPictureModeUI(QAbstractButton *, bool)));
 }
 
+// Named after the labels beside them, as the eye finds them.
+void ControlTrackingPlugin::makeControlsAccessible()
+{
+    makeAccessible(*ui->frame_title, ui->label_title->text());
+    makeAccessible(*ui->sw_title, ui->label_title->text());
+    makeAccessible(*ui->sw_picture_mode, ui->label_picture_mode->text());
+    makeAccessible(*ui->sw_limit, ui->label_limit_title->text());
+
+    ui->wg_half_body->setAccessibleName(ui->label_half_body->text());
+    ui->wg_full_body->setAccessibleName(ui->label_full_body->text());
+    ui->wg_multi_body->setAccessibleName(ui->label_multi_body->text());
+
+    const auto nameGroup = [](const QButtonGroup *group, const QLabel *label) {
+        const auto buttons = group->buttons();
+        for (QAbstractButton *const button : buttons)
+            button->setAccessibleName(label->text() + QStringLiteral(": ") + button->text());
+    };
+    nameGroup(ui->buttonGroup, ui->label_tracking_type);
+    nameGroup(ui->buttonGroup_mode, ui->label_tracking_mode);
+}
+
 void ControlTrackingPlugin::placeInto(QWidget *container)
 {
     if (!container->layout())
@@ -141,23 +159,23 @@ void ControlTrackingPlugin::applyTrackingStatus(const ExtensionUnit &reply)
     const quint8 picture = reply.data[Composition];
     const bool on = reply.data[TrackingOn] != 0;
 
-    QPushButton *const pictures[] = {nullptr, ui->wg_half_body, ui->wg_full_body,
-                                     ui->wg_multi_body};
-    if (picture < std::size(pictures)) {
-        setSilently(ui->sw_picture_mode, picture != 0);
-        if (pictures[picture])
-            pictures[picture]->setChecked(true);
-    }
+    const Choice *const composed = choiceOf(picture, compositionChoices);
+    if (composed || picture == 0)
+        setSilently(ui->sw_picture_mode, composed != nullptr);
+    if (composed)
+        (ui->*composed->button)->setChecked(true); // reported, and so sent back
 
     setSilently(ui->sw_title, on);
     ui->frame_picture_title->setVisible(on && type == 0);
     ui->frame_picture_mode->setVisible(on && type == 0 && picture != 0);
     updateSpliter(host(), ui->frame_spliter, on);
 
-    clickSilently(ui->buttonGroup, type == 1   ? ui->rb_hand
-                                   : type == 2 ? ui->rb_whiteboard
-                                               : ui->rb_normal);
-    clickSilently(ui->buttonGroup_mode, reply.data[Mode] == 2 ? ui->rb_sport : ui->rb_normal_mode);
+    // A value that means nothing counts as the first choice here; the poll leaves the buttons
+    // alone.
+    const Choice *const chosenType = choiceOf(type, typeChoices);
+    const Choice *const chosenMode = choiceOf(reply.data[Mode], modeChoices);
+    clickSilently(ui->buttonGroup, ui->*(chosenType ? *chosenType : typeChoices[0]).button);
+    clickSilently(ui->buttonGroup_mode, ui->*(chosenMode ? *chosenMode : modeChoices[0]).button);
 }
 
 void ControlTrackingPlugin::retryStatusRead()
@@ -183,7 +201,7 @@ void ControlTrackingPlugin::pollTrackingStatus()
 {
     const ExtensionUnit reply = readStatus(*trackingSwitch);
     // The interval runs from the answer on. With a slow camera the next poll would otherwise be due
-    // already when the deferred step of this one processes events, and would run inside it.
+    // already when thawLater() processes events for this one, and would run inside that.
     pollTimer->start();
     if (reply.length < shortestPollReply)
         return;
@@ -191,20 +209,16 @@ void ControlTrackingPlugin::pollTrackingStatus()
     const quint8 tracking = reply.data[TrackingOn];
     const quint8 type = reply.data[Type];
     const bool on = tracking != 0;
-    // A switch that slides takes no state, and would forget that its slide was to be a silent one.
+    // SetStatus() on a switch that slides is dropped, and with it the silence of a slide that shows
+    // what was read before: the camera would be sent it. The next poll finds the switch at rest.
     if (tracking != quint8(ui->sw_title->GetStatus()) && !ui->sw_title->isSliding()) {
         setSilently(ui->sw_title, on);
         updateSpliter(host(), ui->frame_spliter, on);
     }
 
-    QPushButton *const types[] = {ui->rb_normal, ui->rb_hand, ui->rb_whiteboard};
-    if (type < std::size(types))
-        clickSilently(ui->buttonGroup, types[type]);
-
-    const bool basic = on && type == 0;
-    updateSpliterSub(host(), ui->frame_picture_title, basic, false);
-    updateSpliterSub(host(), ui->frame_picture_mode, basic && ui->sw_picture_mode->GetStatus(),
-                     true);
+    if (const Choice *const chosen = choiceOf(type, typeChoices))
+        clickSilently(ui->buttonGroup, ui->*chosen->button);
+    showCompositionRows(on && type == 0);
 }
 
 void ControlTrackingPlugin::updateSpliterSub(QWidget *host, QWidget *section, bool show,
@@ -218,7 +232,7 @@ void ControlTrackingPlugin::updateSpliterSub(QWidget *host, QWidget *section, bo
             affected->invalidate();
     }
     if (finish)
-        thawLater(window);
+        WindowThaw::thawLater(window);
 }
 
 // The container, from insertWidget on; the panel itself should someone take it out.

@@ -31,8 +31,7 @@ const char deleteStyle[] = "QPushButton {\n"
 
 } // namespace
 
-void insertAreaTile(QBoxLayout &row, QWidget &addButton, long startAngle, long endAngle,
-                    const std::function<void()> &deleted)
+AreaTile insertAreaTile(QBoxLayout &row, QWidget &addButton, long startAngle, long endAngle)
 {
     const QSize size(addButton.maximumWidth(), addButton.height());
 
@@ -62,13 +61,13 @@ void insertAreaTile(QBoxLayout &row, QWidget &addButton, long startAngle, long e
         addButton.hide();
         row.insertWidget(2, tile);
     }
+    return {tile, remove};
+}
 
-    QObject::connect(tile, &QPressFrame::hoverEvent, remove, &QWidget::setVisible);
-    QObject::connect(remove, &QPushButton::clicked, tile, [&row, &addButton, tile, deleted] {
-        if (row.count() >= itemsWithTwoTiles)
-            addButton.show();
-        row.removeWidget(tile);
-        delete tile; // and with it the button that is just being clicked
-        deleted();
-    });
+void removeAreaTile(QBoxLayout &row, QWidget &addButton, QPressFrame *tile)
+{
+    if (row.count() >= itemsWithTwoTiles)
+        addButton.show();
+    row.removeWidget(tile);
+    delete tile;
 }

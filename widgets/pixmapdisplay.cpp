@@ -64,12 +64,9 @@ PixmapDisplay::~PixmapDisplay()
 
 void PixmapDisplay::setPixmap(const QPixmap &pix)
 {
-    auto next = std::make_unique<QPixmap>(pix);
-    {
-        const QMutexLocker locker(&mutex);
-        pixmap.swap(next);
-    }
-    Q_EMIT updatePic();
+    const QMutexLocker locker(&mutex);
+    pixmap = std::make_unique<QPixmap>(pix);
+    Q_EMIT updatePic(); // under the lock: the widget may be deleted as soon as that is free
 }
 
 void PixmapDisplay::setPixSize(int w, int h, ScaleType type)

@@ -75,7 +75,10 @@ Q_SIGNALS:
     void updatePic();
 
 public Q_SLOTS:
-    /// Shows a copy of `pix` from the next repaint on, which it requests. Safe in any thread.
+    /// Shows a copy of `pix` from the next repaint on, which it requests. Safe in any thread, also
+    /// when the widget's own is about to delete the widget: the destructor waits until updatePic()
+    /// is emitted. A receiver that is connected directly may paint the widget; it must not delete
+    /// it, nor wait for the widget's own thread.
     void setPixmap(const QPixmap &pix);
 
 protected:
@@ -101,7 +104,9 @@ private:
 
     QSize pixSize{0, 0};
     std::unique_ptr<QPixmap> pixmap;
-    QMutex mutex; ///< guards `pixmap`; nothing is painted or emitted while it is held
+    /// Guards `pixmap`, and the widget's end from the thread that emits updatePic(). Recursive: a
+    /// receiver in the same thread may paint.
+    QMutex mutex{QMutex::Recursive};
     QRect drawRect;
     bool previewForward = true;
     ScaleType scaleType = ScaleFit;

@@ -1,5 +1,6 @@
 #include "switchbutton.h"
 
+#include <QAccessible>
 #include <QPainter>
 #include <QPropertyAnimation>
 #include <QResizeEvent>
@@ -62,8 +63,7 @@ SwitchButton::~SwitchButton()
 void SwitchButton::SetStatus(bool on, bool forceSignal)
 {
     if (on != status && idle) {
-        idle = false;
-        status = on;
+        change(on);
         Q_EMIT sendAnimate();
         return;
     }
@@ -86,15 +86,6 @@ bool SwitchButton::isSliding() const
 void SwitchButton::blockNextSignal()
 {
     blockNext = true;
-}
-
-void SwitchButton::layOut()
-{
-    place(size());
-    // A slide under way aims at the old place: it starts again, still the same slide to whoever
-    // waits for its report.
-    if (!idle)
-        Q_EMIT sendAnimate();
 }
 
 void SwitchButton::SetActiveColor(const QColor &color)
@@ -147,12 +138,8 @@ void SwitchButton::mousePressEvent(QMouseEvent *event)
 {
     if (!idle)
         return;
-    idle = false;
-    status = !status;
-    if (status)
-        ToActive();
-    else
-        ToInactive();
+    change(!status);
+    animate();
     QWidget::mousePressEvent(event);
 }
 
@@ -183,8 +170,12 @@ void SwitchButton::paintEvent(QPaintEvent * /*event*/)
 void SwitchButton::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    if (event->size() != laidOut)
-        relayout(event->size());
+    // Not silenced as by relayout(): the first show and a style sheet bring sizes at any moment,
+    // also in the slide of a press or of a reset, whose report must not be lost.
+    if (event->size() != laidOut) {
+        place(event->size());
+        Q_EMIT sendAnimate();
+    }
 }
 
 void SwitchButton::place(const QSize &area)
@@ -204,6 +195,18 @@ void SwitchButton::relayout(const QSize &area)
     place(area);
     blockNext = true;
     Q_EMIT sendAnimate();
+}
+
+void SwitchButton::change(bool on)
+{
+    idle = false;
+    status = on;
+    if (!QAccessible::isActive())
+        return;
+    QAccessible::State changed;
+    changed.checked = true;
+    QAccessibleStateChangeEvent event(this, changed);
+    QAccessible::updateAccessibility(&event);
 }
 
 void SwitchButton::ToActive()
@@ -230,7 +233,8 @@ void SwitchButton::slide(int fromX, int fromY, int toX)
 
 void SwitchButton::finishSlide()
 {
-    // A slide of an idle switch is owed to a layout alone, whose silence may be used up by now.
+    // The slide of an idle switch comes from a new size alone: the state has not changed, and a
+    // SetStatus() in between may have taken back the silence that relayout() asked for.
     const bool report = !idle && !blockNext;
     idle = true;
     blockNext = false;

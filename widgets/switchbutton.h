@@ -38,9 +38,10 @@ private:
 /// presses and state changes are dropped. A slide that is started on top of another replaces it,
 /// and one report follows.
 ///
-/// A change of size places the knob and ends in a slide that reports nothing, not even a press that
-/// falls into it. A switch that is not laid out before it is shown takes its first show for such a
-/// change: see layOut().
+/// A new size places the knob and starts a slide to it. Such a slide reports nothing by itself, and
+/// where it replaces one that is under way, that one is still reported. Only a size given through
+/// SetSize(), setGeometry(), setFixedSize() or resize() of this class silences the next slide that
+/// ends, whoever started it.
 class SwitchButton : public QWidget
 {
     Q_OBJECT
@@ -63,11 +64,6 @@ public:
     /// this back.
     void blockNextSignal();
 
-    /// Lays the switch out at its present size, without a slide of its own and without touching
-    /// what is reported. Whoever builds a panel calls this at the end, after any scaling: the first
-    /// show then brings nothing new, and no report is lost to it.
-    void layOut();
-
     /// The track when on; default "#E60033". Shows at the next repaint.
     void SetActiveColor(const QColor &color);
     /// The track when off; default "#3A3F46". Shows at the next repaint.
@@ -75,10 +71,11 @@ public:
     /// The knob; default white. Shows at once.
     void SetSliderColor(const QColor &color);
 
-    /// Lays out for a size of `w` x `h` pixels; the widget itself keeps its size.
+    /// Lays out for a size of `w` x `h` pixels, and silences the next slide that ends; the widget
+    /// itself keeps its size.
     void SetSize(int w, int h);
 
-    // As in QWidget, and laid out at once, also while hidden.
+    // As in QWidget, and laid out at once as by SetSize(), also while hidden.
     void setGeometry(const QRect &rect);
     void setFixedSize(const QSize &fixed);
     void resize(const QSize &newSize);
@@ -99,6 +96,7 @@ protected:
 private:
     void place(const QSize &area);
     void relayout(const QSize &area);
+    void change(bool on);
     void ToActive();
     void ToInactive();
     void slide(int fromX, int fromY, int toX);
