@@ -2,7 +2,7 @@
 
 #include "application.h"
 #include "benchmark.h"
-#include "hostedpanel.h"
+#include "controltrackingplugin.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 
 #include "application.h"
 #include "benchmark.h"
-#include "hostedpanel.h"
+#include "benchwindow.h"
 
 #include <malloc.h>
 
@@ -23,7 +23,7 @@ protected:
     }
 };
 
-void showUntilPainted(HostWindow &host, QWidget *watched)
+void showUntilPainted(BenchWindow &host, QWidget *watched)
 {
     Painted painted(watched);
     host.window.show();
@@ -31,14 +31,14 @@ void showUntilPainted(HostWindow &host, QWidget *watched)
         QCoreApplication::processEvents();
 }
 
-void insertPanel(HostWindow &host)
+void insertPanel(BenchWindow &host)
 {
     ControlTrackingPlugin *const panel = host.insertPanel();
-    showUntilPainted(host, PanelInternals::ui(*panel)->label_title);
+    showUntilPainted(host, PanelInternals::ui(*panel).label_title);
 }
 
 // The form outlives the window in the measurements of this program.
-void insertForm(HostWindow &host)
+void insertForm(BenchWindow &host)
 {
     static Ui_root form;
     host.insertForm(form);
@@ -55,7 +55,7 @@ template <typename Insert>
 Bench::TimedStep timed(Insert insert)
 {
     return [insert] {
-        HostWindow host;
+        BenchWindow host;
         return Bench::bestOf(1, [&] { insert(host); });
     };
 }
@@ -64,13 +64,13 @@ Bench::TimedStep timed(Insert insert)
 template <typename Insert>
 double heapOf(Insert insert)
 {
-    HostWindow first;
+    BenchWindow first;
     insert(first);
-    HostWindow::turn();
-    HostWindow second;
+    BenchWindow::turn();
+    BenchWindow second;
     const double before = heap();
     insert(second);
-    HostWindow::turn();
+    BenchWindow::turn();
     return heap() - before;
 }
 
@@ -80,7 +80,7 @@ int main()
 {
     const Application application;
     {
-        HostWindow warm; // style, fonts, pictures
+        BenchWindow warm; // style, fonts, pictures
         insertForm(warm);
     }
     Bench::timeInCopies("insertWidget to the first frame", "1.15", timed(insertPanel),
@@ -88,11 +88,11 @@ int main()
     Bench::instructions(
         "insertWidget to the first frame", "1.15",
         [] {
-            HostWindow host;
+            BenchWindow host;
             insertPanel(host);
         },
         [] {
-            HostWindow host;
+            BenchWindow host;
             insertForm(host);
         });
     Bench::figure("memory of a panel", "bytes", "+65536", heapOf(insertPanel), heapOf(insertForm));

@@ -2,27 +2,27 @@
 
 #include "application.h"
 #include "benchmark.h"
-#include "hostedpanel.h"
+#include "benchwindow.h"
 
 #include <QThread>
 
 int main()
 {
     const Application application;
-    HostWindow host;
+    BenchWindow host;
     auto *const panel = host.insertPanel();
     host.window.show();
-    HostWindow::turn();
+    BenchWindow::turn();
     QThread::msleep(150); // the slides to what the camera has
-    HostWindow::turn();
+    BenchWindow::turn();
 
     const Bench::Step poll = [&] {
         PanelInternals::poll(*panel);
-        HostWindow::turn();
+        BenchWindow::turn();
     };
     const Bench::Step freezeAndThaw = [&] {
         host.freezeAndThaw();
-        HostWindow::turn();
+        BenchWindow::turn();
     };
     Bench::instructions("one poll, nothing changed", "1.05", poll, freezeAndThaw);
     Bench::time("one poll, nothing changed", "", poll, freezeAndThaw);

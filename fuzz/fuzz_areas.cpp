@@ -1,3 +1,4 @@
+#include "fuzzing.h"
 #include "hostedpanel.h"
 
 #include <cmath>
@@ -18,8 +19,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uchar *bytes, size_t size)
         };
         panel.insertWidget(hosted->container);
     }
-    QHBoxLayout &row = *hosted->ui()->hl_unlimit;
-    QWidget &addButton = *hosted->ui()->pb_add;
+    QHBoxLayout &row = *hosted->ui().hl_unlimit;
+    QWidget &addButton = *hosted->ui().pb_add;
     const auto tiles = [&row] {
         return row.count() - 2; // with the add button and a spacer
     };

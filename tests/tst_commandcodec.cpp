@@ -1,14 +1,16 @@
-#include "support.h"
+#include "controltrackingplugin.h"
+#include "testmain.h"
 
 /// The records, the codec and the interface as a host sees them.
-class TestCommandCodec : public QObject
+class TestCommandCodec : public Test
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { Warnings::failOnUnannounced(); }
     void interfaceIsStable();
-    void bytes();
+    void payloads_data();
+    void payloads();
+    void floatTable();
 };
 
 // A host that was built earlier calls by slot number and knows the records by name.
@@ -35,19 +37,32 @@ void TestCommandCodec::interfaceIsStable()
     QCOMPARE(QMetaType::typeName(qMetaTypeId<CameraData>()), "CameraData");
 }
 
-void TestCommandCodec::bytes()
+// Values, and the length and bytes that are written for them.
+void TestCommandCodec::payloads_data()
+{
+    QTest::addColumn<int>("value");
+    QTest::addColumn<QByteArray>("written");
+    QTest::newRow("the low byte alone") << 0x1FF << QByteArray::fromHex("01FF");
+    QTest::newRow("two bytes") << 0x0102 << QByteArray::fromHex("020102");
+    QTest::newRow("negative") << -2 << QByteArray::fromHex("04FFFFFFFE");
+    QTest::newRow("most significant first") << 1 << QByteArray::fromHex("0400000001");
+}
+
+void TestCommandCodec::payloads()
+{
+    QFETCH(int, value);
+    QFETCH(QByteArray, written);
+    QByteArray buffer(62, '\xAA');
+    M24_Extension ext{7, 8, 0, 60, {0xFF, 0x53, 0x05, 0x42}, quint8(written.at(0))};
+    ext.payload = reinterpret_cast<quint8 *>(buffer.data());
+    ControlTrackingPlugin().fillPayload(ext, value);
+    const QByteArray expected = QByteArray::fromHex("FF530542") + written;
+    QCOMPARE(buffer.toHex(), (expected.leftJustified(60, '\0') + "\xAA\xAA").toHex());
+}
+
+void TestCommandCodec::floatTable()
 {
     ControlTrackingPlugin plugin;
-    for (const auto &[value, written] :
-         {std::make_pair(0x1FF, "01FF"), {-2, "04FFFFFFFE"}, {1, "0400000001"}}) {
-        const QByteArray bytes = QByteArray::fromHex(written);
-        QByteArray buffer(62, '\xAA');
-        M24_Extension ext{7, 8, 0, 60, {0xFF, 0x53, 0x05, 0x42}, quint8(bytes.at(0))};
-        ext.payload = reinterpret_cast<quint8 *>(buffer.data());
-        plugin.fillPayload(ext, value);
-        const QByteArray expected = QByteArray::fromHex("FF530542") + bytes;
-        QCOMPARE(buffer.toHex(), (expected.leftJustified(60, '\0') + "\xAA\xAA").toHex());
-    }
     unsigned char table[12] = {};
     QTest::ignoreMessage(QtDebugMsg, "setFloatValue :  1.5 , data :  0 , 0 , 192 , 63");
     plugin.setFloatValue(table, 1, 1.5F);

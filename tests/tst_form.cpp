@@ -1,17 +1,19 @@
-#include "support.h"
+#include "hostedpanel.h"
+#include "testmain.h"
 
 #include <QButtonGroup>
 #include <QFile>
 #include <QResource>
 
 /// The form and its texts, as far as the code and the user depend on them.
-class TestForm : public QObject
+class TestForm : public Test
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { Warnings::failOnUnannounced(); }
     void groups();
+    void languages_data();
+    void languages();
     void texts_data();
     void texts();
     void bundle();
@@ -36,13 +38,45 @@ void TestForm::groups()
                                       "wg_multi_body"));
 }
 
+// What a host may answer to the question for its language.
+void TestForm::languages_data()
+{
+    QTest::addColumn<QVariant>("answer");
+    QTest::addColumn<QString>("title");
+    const QString english("AI Tracking");
+    const QString chinese("AI跟踪");
+    QTest::newRow("1") << QVariant(1) << english;
+    QTest::newRow("0") << QVariant(0) << chinese;
+    QTest::newRow("2") << QVariant(2) << chinese;
+    QTest::newRow("a digit") << QVariant("1") << english;
+    QTest::newRow("bytes") << QVariant(QByteArray("1")) << english;
+    QTest::newRow("a word") << QVariant("en") << chinese;
+    QTest::newRow("a list") << QVariant(QVariantList{1}) << chinese;
+    QTest::newRow("a record") << QVariant::fromValue(ExtensionUnit()) << chinese;
+    QTest::newRow("nothing") << QVariant() << chinese;
+}
+
+void TestForm::languages()
+{
+    QFETCH(QVariant, answer);
+    HostedPanel hosted;
+    hosted.host.language = answer;
+    hosted.panel->insertWidget(hosted.container);
+    QTEST(hosted.ui().label_title->text(), "title");
+    QCOMPARE(hosted.host.traffic.count("language"), 1);
+}
+
 void TestForm::texts_data()
 {
+    QTest::addColumn<int>("language");
     QTest::addColumn<QString>("texts");
-    QTest::newRow("1") << "AI Tracking|Tracking Type|Basic|Hand|Board|Tracking Mode|Standard|Sport|"
-                          "Auto Composition|Half Body|Full Body|Bodies|Area Tracking|"
-                          "Non-tracking Area|100°|30°|-100°|-30°|Update";
-    QTest::newRow("2")
+    QTest::newRow("English")
+        << 1
+        << "AI Tracking|Tracking Type|Basic|Hand|Board|Tracking Mode|Standard|Sport|"
+           "Auto Composition|Half Body|Full Body|Bodies|Area Tracking|"
+           "Non-tracking Area|100°|30°|-100°|-30°|Update";
+    QTest::newRow("Chinese")
+        << 0
         << "AI跟踪|AI跟踪模式|常规|手部|白板|AI跟踪场景|标准|运动|自动构图|半身|全身|"
            "多人构图|区域跟踪|非跟踪区域|100°|30°|-100°|-30°|更新";
 }
@@ -50,14 +84,15 @@ void TestForm::texts_data()
 // In the order of the form, every text that there is; and with every row in sight, none is cut off.
 void TestForm::texts()
 {
+    QFETCH(int, language);
     HostedPanel hosted;
-    hosted.host.language = QByteArray(QTest::currentDataTag()).toInt();
+    hosted.host.language = language;
     hosted.insertAndShow();
     hosted.panel->setFixedWidth(374); // the width that it is made for
     const auto widgets = hosted.panel->findChildren<QWidget *>();
     for (QWidget *widget : widgets)
         widget->show();
-    settle(hosted.window);
+    QTest::qWait(150); // for the deferred layout
     QStringList texts;
     for (const QWidget *widget : widgets) {
         const QString text = widget->property("text").toString();

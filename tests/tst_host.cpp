@@ -1,15 +1,14 @@
 #include "commandchannel.h"
 #include "simulatedcamera.h"
+#include "testmain.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QTest>
 
 /// The simulated camera, and the reference host as a user starts it.
-class TestHost : public QObject
+class TestHost : public Test
 {
     Q_OBJECT
 
@@ -100,5 +99,5 @@ void TestHost::tour()
     QVERIFY(!QImage(picture).isNull());
 }
 
-QTEST_GUILESS_MAIN(TestHost)
+TEST_MAIN(TestHost)
 #include "tst_host.moc"

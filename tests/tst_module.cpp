@@ -1,13 +1,12 @@
 #include "orvpluginapi.h"
+#include "testmain.h"
 
-#include <QApplication>
 #include <QJsonObject>
 #include <QPluginLoader>
 #include <QProcess>
-#include <QTest>
 
 /// The built module, loaded as a host does.
-class TestModule : public QObject
+class TestModule : public Test
 {
     Q_OBJECT
 
@@ -54,5 +53,5 @@ void TestModule::usedAndUnloaded()
     QTest::qWait(3300); // the moment at which polling would have started
 }
 
-QTEST_MAIN(TestModule)
+TEST_MAIN(TestModule)
 #include "tst_module.moc"

@@ -1,9 +1,10 @@
 #include "pixmapdisplay.h"
-#include "support.h"
+#include "testmain.h"
 
 #include <QPainter>
 #include <QPainterPath>
 #include <QScreen>
+#include <QThread>
 
 #include <atomic>
 #include <memory>
@@ -95,44 +96,62 @@ struct Display : PixmapDisplay
 
 } // namespace
 
-class TestPixmapDisplay : public QObject
+class TestPixmapDisplay : public Test
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void showsPicture_data();
     void showsPicture();
     void changesShowAtOnce();
     void showsNoPicture();
     void animates();
     void picturesFromThreads();
+    void endsDuringEmission();
 };
 
-// Twice each: the second time from what was kept.
-void TestPixmapDisplay::showsPicture()
+void TestPixmapDisplay::showsPicture_data()
 {
+    QTest::addColumn<QSize>("picture");
+    QTest::addColumn<int>("scaleType");
+    QTest::addColumn<bool>("forward");
+    QTest::addColumn<QRect>("place");
     const QSize wide(192, 108);
     const QSize tall(90, 200);
-    // Picture, scale mode, forward; and the place.
-    const std::tuple<QSize, int, bool, QRect> rows[] = {
-        {wide, 0, true, {0, 0, 400, 300}},   {wide, 1, true, {0, 37, 400, 225}},
-        {wide, 2, true, {-66, 0, 533, 300}}, {wide, 2, false, {50, 66, 300, 168}},
-        {tall, 1, true, {132, 0, 135, 300}}, {tall, 1, false, {110, -50, 180, 400}}};
+    QTest::newRow("stretch") << wide << 0 << true << QRect(0, 0, 400, 300);
+    QTest::newRow("fit, wide") << wide << 1 << true << QRect(0, 37, 400, 225);
+    QTest::newRow("fill, wide") << wide << 2 << true << QRect(-66, 0, 533, 300);
+    QTest::newRow("to be turned, wide") << wide << 2 << false << QRect(50, 66, 300, 168);
+    QTest::newRow("fit, tall") << tall << 1 << true << QRect(132, 0, 135, 300);
+    QTest::newRow("to be turned, tall") << tall << 1 << false << QRect(110, -50, 180, 400);
+}
+
+void TestPixmapDisplay::showsPicture()
+{
+    QFETCH(QSize, picture);
+    QFETCH(int, scaleType);
+    QFETCH(bool, forward);
+    QFETCH(QRect, place);
     const int angles[] = {0, 270, 180, 90, 0};
-    for (int i = 0; i < 12; ++i) {
-        const auto &[size, type, forward, place] = rows[i / 2];
-        Display display(noise(size, i % 2 == 1));
-        display.setScaleType(PixmapDisplay::ScaleType(type));
+    for (const bool translucent : {false, true}) {
+        Display display(noise(picture, translucent));
+        display.setScaleType(PixmapDisplay::ScaleType(scaleType));
         display.setPreviewForward(forward);
         display.setStyleSheet("background-color: rgba(0, 0, 255, 100)");
         display.over = QColor(0, 0, 255, 100);
-        for (int j = 0; j < 30; ++j) {
-            const qreal ratio = 1 + j % 3 * 0.5;
-            display.setRoundCorder(display.corner = j % 2 * 40);
-            display.setPreviewOri(j / 6);
-            display.angle = angles[j / 6];
+        for (int i = 0; i < 30; ++i) {
+            const qreal ratio = 1 + i % 3 * 0.5;
+            display.setRoundCorder(display.corner = i % 2 * 40);
+            display.setPreviewOri(i / 6);
+            display.angle = angles[i / 6];
             const QImage wanted = display.painted(place, ratio);
-            for (int time = 0; time < 2; ++time)
-                QVERIFY2(display.shown(ratio) == wanted, qPrintable(QString::number(100 * i + j)));
+            const QString what = QString("translucent %1, ratio %2, corner %3, angle %4")
+                                     .arg(translucent)
+                                     .arg(ratio)
+                                     .arg(display.corner)
+                                     .arg(display.angle);
+            QVERIFY2(display.shown(ratio) == wanted, qPrintable(what));
+            QVERIFY2(display.shown(ratio) == wanted, qPrintable(what + ", from what was kept"));
         }
     }
 }
@@ -141,7 +160,7 @@ void TestPixmapDisplay::changesShowAtOnce()
 {
     Display display;
     QCOMPARE(display.shown(), display.painted({0, 37, 400, 225}));
-    // Shown by whoever is told of it: nothing is emitted under the lock.
+    // Shown by whoever is told of it in the same thread.
     QImage seen;
     connect(&display, &PixmapDisplay::updatePic, this, [&] { seen = display.shown(); });
     display.set(noise({192, 108}, false, 2));
@@ -241,6 +260,28 @@ void TestPixmapDisplay::picturesFromThreads()
     std::thread([&] { display.setPixmap(pictures[0]); }).join();
     QScreen *screen = QGuiApplication::primaryScreen();
     QTRY_COMPARE(screen->grabWindow(display.winId()).toImage(), display.grab().toImage());
+}
+
+// A display that the GUI thread deletes while a worker tells of a picture.
+void TestPixmapDisplay::endsDuringEmission()
+{
+    auto display = std::make_unique<PixmapDisplay>();
+    std::atomic<bool> emitting(false);
+    std::atomic<bool> emitted(false);
+    // Without a context: called in the worker.
+    connect(display.get(), &PixmapDisplay::updatePic, [&] {
+        emitting = true;
+        QThread::msleep(100); // as long as the end would take if it did not wait
+        emitted = true;
+    });
+    std::thread worker([&] { display->setPixmap(QPixmap()); });
+    while (!emitting)
+        std::this_thread::yield();
+    PixmapDisplay *const ending = display.release(); // what the worker holds stays as it is
+    delete ending;
+    const bool waited = emitted;
+    worker.join();
+    QVERIFY(waited);
 }
 
 TEST_MAIN(TestPixmapDisplay)

@@ -1,10 +1,10 @@
 #include "pixmaputils.h"
-#include "support.h"
+#include "testmain.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 
-class TestPixmapUtils : public QObject
+class TestPixmapUtils : public Test
 {
     Q_OBJECT
 

@@ -1,26 +1,32 @@
+#include "areatile.h"
 #include "bglinelabel.h"
 #include "objectscaling.h"
 #include "pixmapdisplay.h"
 #include "qpressframe.h"
-#include "support.h"
+#include "testmain.h"
+#include "virtualtime.h"
 
+#include <QBoxLayout>
 #include <QCommandLinkButton>
+#include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPointer>
 #include <QSignalSpy>
-#include <QThread>
 #include <QToolButton>
 
-/// Guide-line label, press frame and scaling.
-class TestToolkit : public QObject
+/// Guide-line label, press frame, area tile and scaling.
+class TestToolkit : public Test
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { Warnings::failOnUnannounced(); }
+    void guideLines_data();
     void guideLines();
-    void pressesAreDebounced();
+    void presses_data();
+    void presses();
     void pressFrame();
+    void areaTile();
     void scaling();
     void scaledIconsAndTree();
 };
@@ -29,15 +35,22 @@ namespace {
 
 /// For a label of 61 x 31, whose centre is (30, 15): a line, an arc if there is one, by its square
 /// and start, and another line.
-const std::tuple<QLine, QRect, int, QLine> guides[] = {
-    {{37, 15, 61, 15}, {30, 15, 14, 14}, 90, {30, 22, 30, 31}},
-    {{0, 15, 5, 15}, {}, 0, {56, 15, 61, 15}},
-    {{0, 15, 23, 15}, {16, 15, 14, 14}, 0, {30, 22, 30, 31}},
-    {{30, 0, 30, 5}, {}, 0, {30, 26, 30, 31}},
-    {{30, 0, 30, 5}, {}, 0, {30, 26, 30, 31}},
-    {{37, 15, 61, 15}, {30, 1, 14, 14}, 180, {30, 0, 30, 8}},
-    {{0, 15, 5, 15}, {}, 0, {56, 15, 61, 15}},
-    {{0, 15, 23, 15}, {16, 1, 14, 14}, 0, {30, 0, 30, 8}}};
+struct Guide
+{
+    QLine before;
+    QRect square;
+    int start;
+    QLine after;
+};
+
+const Guide guides[] = {{{37, 15, 61, 15}, {30, 15, 14, 14}, 90, {30, 22, 30, 31}},
+                        {{0, 15, 5, 15}, {}, 0, {56, 15, 61, 15}},
+                        {{0, 15, 23, 15}, {16, 15, 14, 14}, 0, {30, 22, 30, 31}},
+                        {{30, 0, 30, 5}, {}, 0, {30, 26, 30, 31}},
+                        {{30, 0, 30, 5}, {}, 0, {30, 26, 30, 31}},
+                        {{37, 15, 61, 15}, {30, 1, 14, 14}, 180, {30, 0, 30, 8}},
+                        {{0, 15, 5, 15}, {}, 0, {56, 15, 61, 15}},
+                        {{0, 15, 23, 15}, {16, 1, 14, 14}, 0, {30, 0, 30, 8}}};
 
 /// The label and its text, over a guide that is painted here.
 QImage painted(QLabel &label, int location = 8)
@@ -45,16 +58,16 @@ QImage painted(QLabel &label, int location = 8)
     QImage image(61, 31, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     if (location < 8) {
-        const auto &[before, square, start, after] = guides[location];
+        const Guide &guide = guides[location];
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing);
         QPen pen(QColor("#525760"), 1.0, Qt::CustomDashLine, Qt::SquareCap, Qt::BevelJoin);
         pen.setDashPattern({5, 2});
         painter.setPen(pen);
-        painter.drawLine(before);
-        if (!square.isNull())
-            painter.drawArc(square, start * 16, (location == 7 ? -90 : 90) * 16);
-        painter.drawLine(after);
+        painter.drawLine(guide.before);
+        if (!guide.square.isNull())
+            painter.drawArc(guide.square, guide.start * 16, (location == 7 ? -90 : 90) * 16);
+        painter.drawLine(guide.after);
     }
     label.setText("30°");
     label.resize(image.size());
@@ -62,44 +75,76 @@ QImage painted(QLabel &label, int location = 8)
     return image;
 }
 
-template <typename Clickable, typename Signal>
-void press(Clickable *widget, Signal clicked)
+/// Counts the presses that reach it.
+struct Parent : QWidget
 {
-    QPointer<Clickable> alive(widget);
+    int presses = 0;
+    void mousePressEvent(QMouseEvent * /*event*/) override { ++presses; }
+};
+
+template <typename Clickable, typename Signal>
+QString clicksOf(Clickable *widget, Signal clicked, Parent &parent)
+{
+    using namespace std::chrono_literals;
+    widget->setParent(&parent);
+    const QPointer<Clickable> alive(widget);
     QSignalSpy clicks(widget, clicked);
-    // Each press, also one that is dropped, holds the next ones back.
-    for (int i = 0; i < 5; ++i) {
-        QTest::mousePress(widget, Qt::LeftButton);
-        QThread::msleep(60);
-    }
-    QCOMPARE(clicks.count(), 1);
-    QThread::msleep(60);
-    QTest::mousePress(widget, Qt::RightButton);
-    QThread::msleep(120); // 240 ms after the last left press
+    QString counted;
+    const auto press = [&](std::chrono::milliseconds after, Qt::MouseButton button) {
+        VirtualTime::now += after;
+        const int before = clicks.count();
+        QMouseEvent event(QEvent::MouseButtonPress, QPointF(), button, button, {});
+        QCoreApplication::sendEvent(widget, &event);
+        counted += clicks.count() > before ? 'c' : '.';
+    };
+    press(0ms, Qt::LeftButton);
+    press(150ms, Qt::LeftButton); // also one that is dropped holds the next ones back
+    press(199ms, Qt::LeftButton);
+    press(100ms, Qt::RightButton);
+    press(100ms, Qt::LeftButton); // 200 ms after the last left press
+    press(-5000ms, Qt::LeftButton);
+    press(200ms, Qt::LeftButton);
+    counted += QString(" parent %1").arg(parent.presses);
     QObject::connect(widget, clicked, [widget] { delete widget; });
-    QMouseEvent left(QEvent::MouseButtonPress, QPointF(), Qt::LeftButton, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(widget, &left);
-    QCOMPARE(clicks.count(), 2);
-    QVERIFY(!alive);
+    press(200ms, Qt::LeftButton);
+    return counted + (alive ? "" : " deleted");
 }
 
 } // namespace
 
-void TestToolkit::guideLines()
+void TestToolkit::guideLines_data()
 {
-    for (int location = 0; location < 9; ++location) {
-        QLabel plain;
-        BgLineLabel label(nullptr);
-        label.setStyleSheet(QString("location:%1;").arg(location));
-        QVERIFY2(painted(label) == painted(plain, location), qPrintable(QString::number(location)));
-    }
+    QTest::addColumn<int>("location");
+    const char *const names[] = {"top left",    "top",    "top right",    "left", "right",
+                                 "bottom left", "bottom", "bottom right", "none"};
+    for (int location = 0; location < 9; ++location)
+        QTest::newRow(names[location]) << location;
 }
 
-// The interval is one of wall-clock time, so the waits are real.
-void TestToolkit::pressesAreDebounced()
+void TestToolkit::guideLines()
 {
-    press(new QPressFrame(nullptr), &QPressFrame::clicked);
-    press(new PixmapDisplay, &PixmapDisplay::onClick);
+    QFETCH(int, location);
+    QLabel plain;
+    BgLineLabel label(nullptr);
+    label.setStyleSheet(QString("location:%1;").arg(location));
+    QVERIFY(painted(label) == painted(plain, location));
+}
+
+void TestToolkit::presses_data()
+{
+    QTest::addColumn<bool>("frame");
+    QTest::newRow("press frame") << true;
+    QTest::newRow("picture display") << false;
+}
+
+void TestToolkit::presses()
+{
+    VirtualTime::start();
+    QFETCH(bool, frame);
+    Parent parent;
+    const QString clicks = frame ? clicksOf(new QPressFrame(nullptr), &QPressFrame::clicked, parent)
+                                 : clicksOf(new PixmapDisplay, &PixmapDisplay::onClick, parent);
+    QCOMPARE(clicks, "c...c.c parent 7c deleted");
 }
 
 void TestToolkit::pressFrame()
@@ -113,6 +158,37 @@ void TestToolkit::pressFrame()
     QCOMPARE(hovers, (QList<QVariantList>{{true}, {false}}));
     frame.setFrameStyle(QFrame::Box | QFrame::Plain); // of which nothing is drawn
     QCOMPARE(frame.grab().toImage().pixelColor(0, 0), frame.palette().color(QPalette::Window));
+}
+
+void TestToolkit::areaTile()
+{
+    QWidget frame;
+    auto *const row = new QHBoxLayout(&frame);
+    QPushButton add;
+    add.resize(91, 35);
+    add.setMaximumWidth(91);
+    row->addWidget(&add);
+    row->addStretch();
+    frame.show();
+    const AreaTile tile = insertAreaTile(*row, add, -30, 30);
+    tile.frame->resize(91, 35);
+    QImage image(91, 35, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    tile.frame->render(&image, {}, {}, QWidget::DrawChildren);
+    const QColor ground("#282B30");
+    QCOMPARE(image.pixelColor(45, 1), ground);
+    QVERIFY(image.pixelColor(0, 0).alpha() < 255); // the corner is round
+    // The text is in the middle.
+    QRect text;
+    for (int i = 0; i < image.width() * image.height(); ++i) {
+        const QPoint pixel(i % image.width(), i / image.width());
+        if (QRect(5, 5, 81, 25).contains(pixel) && image.pixelColor(pixel) != ground)
+            text |= QRect(pixel, QSize(1, 1));
+    }
+    QVERIFY((text.center() - image.rect().center()).manhattanLength() < 5);
+    QCOMPARE(tile.deleteButton->geometry(), QRect(91 - 12 - 5, 5, 12, 12));
+    QVERIFY(tile.deleteButton->isHidden());
+    QVERIFY(tile.deleteButton->styleSheet().contains("QPushButton:hover {"));
 }
 
 void TestToolkit::scaling()
@@ -138,7 +214,7 @@ void TestToolkit::scaling()
              as({30, 15}, {30, 15}, {-5, 0, 30, 15}));
     // A widget itself only if asked to, and cut down to whole pixels.
     QCOMPARE(scaled({0, 0}, any, place, child, 0), as({0, 0}, any, place));
-    Warnings::expected = QRegularExpression("The largest allowed size is");
+    expectedWarnings.setPattern("The largest allowed size is");
     QCOMPARE(scaled({3, 5}, any, place, child, 1), as({5, 8}, any, {15, 31, 49, 30}));
     QObject noWidget;
     Talsen::updateObjectSize(noWidget, 1.5, 1);
@@ -161,8 +237,8 @@ void TestToolkit::scaledIconsAndTree()
     QWidget deep(buttons.last());
     deep.setGeometry(1, 2, 3, 4);
     Talsen::changeObjectSizeInner(window, 1.5);
-    for (int i = 0; i < 4; ++i)
-        QCOMPARE(buttons.at(i)->iconSize(), i < 3 ? QSize(24, 15) : QSize(16, 10));
+    for (QAbstractButton *button : buttons)
+        QCOMPARE(button->iconSize(), button == buttons.last() ? QSize(16, 10) : QSize(24, 15));
     QCOMPARE(deep.geometry(), QRect(2, 3, 5, 6));
 }
 

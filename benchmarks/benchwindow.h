@@ -1,27 +1,13 @@
 #pragma once
 
-#include "controltrackingplugin.h"
-#include "ui_root.h"
+#include "hostedpanel.h"
 
 #include <QCoreApplication>
-#include <QVBoxLayout>
+#include <QTimer>
 
-struct PanelInternals
+/// A host's window, and what fills it.
+struct BenchWindow : HostWindow
 {
-    static Ui_root *ui(ControlTrackingPlugin &panel) { return panel.ui; }
-    static void poll(ControlTrackingPlugin &panel) { panel.pollTrackingStatus(); }
-};
-
-/// A host's window with a container, and what fills it.
-struct HostWindow
-{
-    HostWindow()
-    {
-        (new QVBoxLayout(&window))->addWidget(container);
-        new QVBoxLayout(container);
-        window.resize(400, 600);
-    }
-
     /// Puts in a panel with a camera that tracks, with composition.
     ControlTrackingPlugin *insertPanel()
     {
@@ -70,7 +56,4 @@ struct HostWindow
         for (int i = 0; i < 4; ++i)
             QCoreApplication::processEvents();
     }
-
-    QWidget window;
-    QWidget *container = new QWidget;
 };

@@ -1,0 +1,202 @@
+#include "panelplayer.h"
+
+#include "virtualtime.h"
+
+#include <QObject>
+
+using VirtualTime::now;
+using namespace std::chrono_literals;
+
+PanelPlayer::PanelPlayer()
+{
+    now += 1000s - now % 1000s; // what coarse timers make of their intervals depends on it
+    hosted.host.meanwhile = [this] {
+        meanwhile();
+    };
+}
+
+QString PanelPlayer::play(const QStringList &steps)
+{
+    for (const QString &step : steps) {
+        take(step);
+        const QString sent = hosted.host.takeSent().join(' ');
+        const QString due = model.sent.join(' ');
+        model.sent.clear();
+        if (sent != due)
+            fault = "sent " + sent + ", not " + due;
+        else if (inserted && hosted.shown() != model.shown())
+            fault = "shows " + hosted.shown() + ", not " + model.shown();
+        if (!fault.isEmpty())
+            return step + ": " + fault;
+    }
+    return {};
+}
+
+void PanelPlayer::take(const QString &step)
+{
+    const QString value = step.section('=', 1);
+    if (step.startsWith("camera=")) {
+        hosted.host.status = QByteArray::fromHex(value.toLatin1());
+    } else if (step.startsWith("answer=")) {
+        bool isLength = false;
+        hosted.host.length = value.toULongLong(&isLength);
+        hosted.host.foreignAnswer = isLength           ? QVariant()
+                                    : value == "query" ? QVariant::fromValue(SettingData())
+                                                       : QVariant(value);
+    } else if (step == "wait=poll") {
+        wait(std::max(0ms, untilPoll() - 40ms));
+    } else if (step.startsWith("wait=")) {
+        wait(Time(value.toInt()));
+    } else if (step == "insert") {
+        if (!inserted)
+            insert();
+    } else if (step == "reset") {
+        hosted.panel->resetToDefault();
+        if (inserted)
+            model.reset();
+    } else if (step == "resize") {
+        hosted.window.resize(1400 - hosted.window.width(), 900);
+    } else if (step == "show" || step == "hide") {
+        hosted.window.setVisible(step == "show");
+    } else if (step == "obey") {
+        obeys = true;
+    } else if (inserted && hosted.press(step)) {
+        model.press(step, now);
+    }
+}
+
+void PanelPlayer::insert()
+{
+    inserted = true;
+    hosted.panel->insertWidget(hosted.container);
+    // The silent slides of set-up, which nobody was there to hear of; later ones are heard of.
+    queued = {&model.composed, &model.tracking};
+    const auto hear = [this](SwitchButton *button, PanelModel::Switch *which) {
+        QObject::connect(button, &SwitchButton::sendAnimate, button,
+                         [this, which] { queued << which; });
+    };
+    hear(hosted.ui().sw_title, &model.tracking);
+    hear(hosted.ui().sw_picture_mode, &model.composed);
+}
+
+void PanelPlayer::wait(Time span)
+{
+    const auto end = now + span;
+    do {
+        now += std::min(leap(), end - now);
+        VirtualTime::catchUp();
+        for (PanelModel::Switch *const which : qAsConst(queued)) {
+            if (isSliding(*which))
+                model.beginSlide(*which, now);
+        }
+        queued.clear();
+        endSlides();
+        if (inserted && now > readBy)
+            fault = "no read when one was due";
+    } while (now < end);
+    if (!hosted.window.updatesEnabled())
+        fault = "left frozen";
+}
+
+// Not a moment is skipped in which anything is due: between polls that is the slides alone.
+PanelPlayer::Time PanelPlayer::leap()
+{
+    const bool slides = !model.slides.isEmpty() || !queued.isEmpty();
+    return slides || untilPoll() < 0ms ? 10ms : std::max(1ms, untilPoll());
+}
+
+PanelPlayer::Time PanelPlayer::untilPoll()
+{
+    return Time(PanelInternals::pollTimer(*hosted.panel).remainingTime());
+}
+
+bool PanelPlayer::isSliding(const PanelModel::Switch &which)
+{
+    Ui_root &ui = hosted.ui();
+    return (&which == &model.tracking ? ui.sw_title : ui.sw_picture_mode)->isSliding();
+}
+
+void PanelPlayer::endSlides()
+{
+    for (PanelModel::Switch *const which : QVector<PanelModel::Switch *>(model.slides)) {
+        const bool sliding = isSliding(*which);
+        const auto time = now - which->since;
+        if (sliding ? time > 150ms : time < 80ms)
+            fault = QString("a slide of %1 ms").arg(time / 1ms);
+        if (!sliding)
+            model.endSlide(*which);
+    }
+}
+
+void PanelPlayer::meanwhile()
+{
+    static const QStringList commands{"04", "10", "07", "13"}; // in the order of the camera's bytes
+    const QString word = hosted.host.traffic.last();
+    if (word == "read")
+        read();
+    else if (obeys && word.contains('='))
+        hosted.host.status[commands.indexOf(word.left(2)) + 1] = char(word.mid(3).toInt());
+}
+
+void PanelPlayer::read()
+{
+    endSlides();
+    if (now < readFrom)
+        fault = "read too soon";
+    const bool first = firstPoll == 0s;
+    const bool answered = !hosted.host.foreignAnswer.isValid() && hosted.host.length > 0;
+    if (first)
+        firstPoll = now + 4000ms;
+    if (first || retrying) {
+        if (answered)
+            model.setUpFrom(hosted.host.status);
+        else if (retrying)
+            model.showRows(false);
+        retrying = first && !answered;
+    } else if (answered && hosted.host.length >= 3) {
+        model.poll(hosted.host.status);
+    }
+    // Timers of a second are coarse: a twentieth to either side.
+    const bool toFirstPoll = !retrying && now < firstPoll - 200ms;
+    const auto next = toFirstPoll ? firstPoll : now + 1000ms;
+    readFrom = next - (toFirstPoll ? 200ms : 50ms);
+    readBy = next + (toFirstPoll ? 220ms : 70ms);
+}
+
+QStringList chosenSteps(const std::function<int(int)> &pick, int count)
+{
+    const auto one = [&pick](const char *of) {
+        const QStringList words = QString(of).split(' ');
+        return words[pick(words.size())];
+    };
+    const auto camera = [&] {
+        return "camera=00" + one("00 00 01 01 01 07 FF") + one("00 00 00 01 02 03 09 FF") +
+               one("00 01 02 FF") + one("00 01 02 03 04 FF");
+    };
+    const auto answer = [&] {
+        return "answer=" + one("60 60 60 60 3 2 1 0 255 18446744073709551615 text query");
+    };
+    QStringList steps{camera(), answer(), one("show hide reset"), "insert", one("show wait=100")};
+    for (int i = 0; i < count; ++i) {
+        const QString kind = one("press press press key wait wait wait camera answer host");
+        if (kind == "press")
+            steps << one(
+                "frame_title frame_title sw_title sw_title rb_normal rb_hand rb_whiteboard "
+                "rb_normal_mode rb_sport sw_picture_mode sw_picture_mode wg_half_body "
+                "wg_full_body wg_multi_body");
+        else if (kind == "key")
+            steps << "key " + one("frame_title sw_title sw_picture_mode");
+        else if (kind == "wait")
+            steps << "wait=" + one("0 20 50 100 250 1000 3000 poll poll");
+        else if (kind == "host")
+            steps << one("reset resize hide show show show");
+        else
+            steps << (kind == "camera" ? camera() : answer());
+        if (steps.last() == "frame_title") // which takes a press in 200 ms
+            steps << "wait=100"
+                  << "frame_title"
+                  << "wait=100"
+                  << "frame_title";
+    }
+    return steps << "wait=250";
+}

@@ -1,0 +1,18 @@
+#include "testmain.h"
+
+static QtMessageHandler handlerOfQTest = nullptr;
+
+static void handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    // The former is what the offscreen platform says of every window.
+    if (message.contains("propagateSizeHints") || Test::expectedWarnings.match(message).hasMatch())
+        return;
+    if (type == QtWarningMsg || type == QtCriticalMsg)
+        QTest::qFail(qPrintable("unannounced warning: " + message), __FILE__, __LINE__);
+    handlerOfQTest(type, context, message);
+}
+
+void Test::initTestCase()
+{
+    handlerOfQTest = qInstallMessageHandler(handle);
+}

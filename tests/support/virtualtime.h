@@ -1,0 +1,24 @@
+#pragma once
+
+#include <chrono>
+
+/// A clock that only the test moves. Once it is started Qt's timers, animations and times of day
+/// follow it in the thread that started it, so that whatever waits there (QTest::qWait, QTRY_*)
+/// would never end. The C library's CLOCK_REALTIME stays real: fuzzing engines go by it.
+namespace VirtualTime {
+
+using namespace std::chrono_literals;
+
+extern std::chrono::milliseconds now;
+
+/// Begins at the next multiple of 1000 s of CLOCK_MONOTONIC: what coarse timers make of their
+/// intervals depends on it.
+void start();
+
+/// Handles what is due now, and what comes of it.
+void catchUp();
+
+/// Lives through `span` in steps of 10 ms.
+void advance(std::chrono::milliseconds span);
+
+} // namespace VirtualTime
