@@ -16,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uchar *bytes, size_t size)
         });
     };
     REQUIRE(options.language == 0 || options.language == 1);
-    REQUIRE(options.delay.count() >= 0 && options.delay.count() <= 10000);
+    REQUIRE(options.faults[Fault::Delay] <= 10000);
     const int dotsPerInch = options.dotsPerInch.toInt();
     REQUIRE(options.dotsPerInch.isEmpty() || (dotsPerInch >= 48 && dotsPerInch <= 480));
     const double scale = options.scaleFactor.toDouble();
