@@ -11,15 +11,15 @@ const std::array<FaultKind, Fault::Count> faultKinds = {{
     {"delay", "Delay", FaultKind::Number, 10000, " ms",
      "Each transfer takes this long.\nA good panel stays usable, sends the last choice of every "
      "setting, and no control jumps back."},
-    {"no-answer", "No answer", FaultKind::Nothing, 0, "",
-     "The camera gives no status and obeys no command.\nA good panel folds up at the start; later "
-     "it keeps what it shows and stays usable."},
     {"errno", "Error", FaultKind::ErrorName, 0, "",
      "Each transfer fails with this error.\nA good panel keeps what it shows; its host says what "
      "fails, once, and asks less often."},
     {"short", "Short block", FaultKind::Number, TrackingProtocol::blockLength - 1, " bytes",
      "The status block ends after this many bytes.\nA good panel takes nothing from bytes that did "
      "not come."},
+    {"no-answer", "No answer", FaultKind::Nothing, 0, "",
+     "The camera gives no status and obeys no command.\nA good panel folds up at the start; later "
+     "it keeps what it shows and stays usable."},
     {"random", "Random", FaultKind::Nothing, 0, "",
      "Every status block holds random bytes.\nA good panel passes over values that mean nothing, "
      "follows the others, and sends nothing back."},

@@ -7,7 +7,7 @@
 
 /// What can be wrong with a camera, for the simulated one to have.
 namespace Fault {
-enum Kind { Delay, NoAnswer, Error, Short, Random, RefuseWrites, Unplugged, ChangesItself, Count };
+enum Kind { Delay, Error, Short, NoAnswer, Random, RefuseWrites, Unplugged, ChangesItself, Count };
 }
 
 /// The value of each fault: milliseconds, bytes, an errno, 1 for one that has no value; `noFault`

@@ -10,7 +10,9 @@
 #include <QLabel>
 #include <QPalette>
 #include <QPushButton>
+#include <QScreen>
 #include <QStyleFactory>
+#include <QToolTip>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -93,7 +95,9 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
     // A long sentence does not widen the window.
     m_condition->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     layout->addWidget(m_condition);
-    resize(sizeHint().width(), qRound(windowHeight * scale));
+    const int width =
+        std::min(sizeHint().width(), QApplication::primaryScreen()->availableSize().width());
+    resize(width, qRound(windowHeight * scale));
 
     connect(&channel, &CommandChannel::transferred, this,
             [trace](const Transfer &transfer) { trace->trace().add(transfer); });
@@ -120,6 +124,7 @@ void HostWindow::applyDarkLook()
     QApplication::setPalette(dark);
     // The panel's title has no size of its own.
     QApplication::setFont(textFont(headingPoints));
+    QToolTip::setFont(textFont());
 }
 
 void HostWindow::showCondition()
