@@ -35,7 +35,6 @@ QVariant CommandChannel::request(int kind, const QVariant &record)
 
     QVariant answer;
     Transfer transfer;
-    transfer.time = QDateTime::currentDateTime();
     transfer.result = QStringLiteral("ok");
     if (kind == ChannelRequest::Setting && record.canConvert<SettingData>()) {
         const QString name = record.value<SettingData>().name;
@@ -54,6 +53,7 @@ QVariant CommandChannel::request(int kind, const QVariant &record)
                                .arg(QString::fromLatin1(record.typeName()));
         transfer.result = QStringLiteral("not sent");
     }
+    transfer.time = QDateTime::currentDateTime();
     Q_EMIT transferred(transfer);
     return answer;
 }

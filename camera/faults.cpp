@@ -34,10 +34,8 @@ const std::array<FaultKind, Fault::Count> faultKinds = {{
      "and sends nothing back."},
 }};
 
-QVector<int> faultErrors()
-{
-    return {EIO, EPIPE, EPROTO, EBUSY, EINVAL, ENOBUFS, ETIMEDOUT, ENODEV};
-}
+const std::array<int, 8> faultErrors = {EIO,    EPIPE,   EPROTO,    EBUSY,
+                                        EINVAL, ENOBUFS, ETIMEDOUT, ENODEV};
 
 QString addFault(Faults &faults, const QString &text)
 {
@@ -60,7 +58,7 @@ QString addFault(Faults &faults, const QString &text)
         }
         if (kind.takes == FaultKind::ErrorName) {
             QStringList errors;
-            for (const int error : faultErrors()) {
+            for (const int error : faultErrors) {
                 errors += errorName(error);
                 if (errors.last() == value) {
                     faults.at(i) = error;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <QVector>
 
 #include <array>
 
@@ -32,7 +31,7 @@ struct FaultKind
 extern const std::array<FaultKind, Fault::Count> faultKinds;
 
 /// The errors that a camera can be made to fail with.
-QVector<int> faultErrors();
+extern const std::array<int, 8> faultErrors;
 
 /// Adds a fault in the words of the command line, "name" or "name=value". If it is none, nothing
 /// changes and the result says what is wanted instead; else the result is empty.

@@ -131,7 +131,7 @@ QByteArray TraceModel::changes(const Transfer &transfer)
     m_lastOfKind[kind] = transfer.bytes;
     QByteArray changed(transfer.bytes.size(), 0);
     for (int i = 0; i < changed.size(); ++i)
-        changed[i] = i >= before.size() || before.at(i) != transfer.bytes.at(i);
+        changed[i] = i >= before.size() || before.at(i) != transfer.bytes.at(i) ? 1 : 0;
     return changed;
 }
 

@@ -66,7 +66,7 @@ void CameraPanel::addFaults(QGridLayout &grid)
         } else {
             auto *box = new QComboBox;
             box->addItem(QStringLiteral("off"), noFault);
-            for (const int error : faultErrors())
+            for (const int error : faultErrors)
                 box->addItem(errorName(error), error);
             box->setCurrentIndex(box->findData(present.at(fault)));
             connect(box, QOverload<int>::of(&QComboBox::activated), this,

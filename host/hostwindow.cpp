@@ -10,7 +10,6 @@
 #include <QLabel>
 #include <QPalette>
 #include <QPushButton>
-#include <QScreen>
 #include <QStyleFactory>
 #include <QToolTip>
 #include <QVBoxLayout>
@@ -95,9 +94,7 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
     // A long sentence does not widen the window.
     m_condition->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     layout->addWidget(m_condition);
-    const int width =
-        std::min(sizeHint().width(), QApplication::primaryScreen()->availableSize().width());
-    resize(width, qRound(windowHeight * scale));
+    resize(sizeHint().width(), qRound(windowHeight * scale));
 
     connect(&channel, &CommandChannel::transferred, this,
             [trace](const Transfer &transfer) { trace->trace().add(transfer); });
