@@ -11,11 +11,13 @@
 #include <QPalette>
 #include <QPushButton>
 #include <QStyleFactory>
+#include <QTimer>
 #include <QToolTip>
 #include <QVBoxLayout>
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 
 namespace {
 
@@ -24,6 +26,8 @@ constexpr int panelWidth = 374;
 constexpr int windowHeight = 640;
 constexpr int headingPoints = 12;
 constexpr int textPoints = 9;
+/// How long a sentence stands in for the camera's condition.
+constexpr std::chrono::seconds noticeTime(5);
 
 QFont textFont(int points = textPoints)
 {
@@ -98,7 +102,10 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
 
     connect(&channel, &CommandChannel::transferred, this,
             [trace](const Transfer &transfer) { trace->trace().add(transfer); });
-    connect(trace, &TracePanel::noticed, this, &HostWindow::showSentence);
+    connect(trace, &TracePanel::noticed, this, [this](const QString &sentence) {
+        showSentence(sentence);
+        QTimer::singleShot(noticeTime, this, &HostWindow::showCondition);
+    });
     connect(&queue, &TransferQueue::conditionChanged, this, &HostWindow::showCondition);
     showCondition();
 }
