@@ -1,23 +1,23 @@
 #include "hostwindow.h"
 
+#include "camerapanel.h"
 #include "commandchannel.h"
+#include "errornames.h"
+#include "tracepanel.h"
+#include "transferqueue.h"
 
 #include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QGridLayout>
-#include <QGroupBox>
-#include <QHeaderView>
 #include <QLabel>
 #include <QPalette>
 #include <QPushButton>
-#include <QScrollBar>
-#include <QSpinBox>
 #include <QStyleFactory>
-#include <QTableWidget>
+#include <QTimer>
+#include <QToolTip>
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <cerrno>
+#include <chrono>
 
 namespace {
 
@@ -26,22 +26,8 @@ constexpr int panelWidth = 374;
 constexpr int windowHeight = 640;
 constexpr int headingPoints = 12;
 constexpr int textPoints = 9;
-constexpr int maximumRows = 1000;
-
-enum Column { Time, Direction, Request, Selector, Meaning, Bytes, ColumnCount };
-
-constexpr struct
-{
-    const char *title;
-    const char *widest; ///< what the column must have room for
-} columns[ColumnCount] = {
-    {"Time", "00:00:00.000"},
-    {"Direction", "set"},
-    {"Request", "Extension"},
-    {"Selector", "0"},
-    {"Meaning", "tracking off, type Basic, mode Standard, composition Half Body"},
-    {"First bytes", "FF FF FF FF FF FF"},
-};
+/// How long a sentence stands in for the camera's condition.
+constexpr std::chrono::seconds noticeTime(5);
 
 QFont textFont(int points = textPoints)
 {
@@ -50,19 +36,29 @@ QFont textFont(int points = textPoints)
     return font;
 }
 
-QFont byteFont()
+QString describe(const CameraCondition &condition)
 {
-    QFont font(QStringLiteral("monospace"), textPoints);
-    font.setStyleHint(QFont::Monospace);
-    return font;
+    if (condition.read == CameraCondition::unknown)
+        return QStringLiteral("The camera has not answered yet.");
+    if (condition.read == ENODEV)
+        return QStringLiteral("The camera is disconnected. What you choose now is not sent later.");
+    if (condition.read != 0) {
+        return QStringLiteral("The camera is failing. ") +
+               transferError(QStringLiteral("Reading its status"), condition.read);
+    }
+    const QString connected = QStringLiteral("The camera is connected.");
+    return condition.write == 0
+               ? connected
+               : connected + QLatin1Char(' ') +
+                     transferError(QStringLiteral("The last command"), condition.write);
 }
 
 } // namespace
 
-HostWindow::HostWindow(SimulatedCamera &camera, CommandChannel &channel)
-    : m_camera(camera)
+HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedCamera *simulated)
+    : m_queue(queue)
     , m_panelContainer(new QWidget)
-    , m_transfers(new QTableWidget(0, ColumnCount))
+    , m_condition(new QLabel)
 {
     setWindowTitle(QStringLiteral("Camera control"));
     const double scale = std::max(1.0, logicalDpiX() / 96.0);
@@ -80,26 +76,38 @@ HostWindow::HostWindow(SimulatedCamera &camera, CommandChannel &channel)
     left->addWidget(reset, 0, Qt::AlignHCenter);
 
     auto *right = new QWidget;
+    right->setFont(textFont());
     auto *rightLayout = new QVBoxLayout(right);
     rightLayout->setContentsMargins(0, 0, 0, 0);
     rightLayout->setSpacing(margin);
-    rightLayout->addWidget(createCameraGroup());
-    rightLayout->addWidget(createTransferGroup(), 1);
+    if (simulated)
+        rightLayout->addWidget(new CameraPanel(*simulated));
+    auto *trace = new TracePanel;
+    rightLayout->addWidget(trace, 1);
     reset->setFont(textFont());
-    right->setFont(textFont());
 
-    auto *layout = new QHBoxLayout(this);
+    auto *columns = new QHBoxLayout;
+    columns->setSpacing(margin);
+    columns->addLayout(left);
+    columns->addWidget(right, 1);
+    auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(margin, margin, margin, margin);
-    layout->setSpacing(margin);
-    layout->addLayout(left);
-    layout->addWidget(right, 1);
+    layout->addLayout(columns, 1);
+    m_condition->setObjectName(QStringLiteral("lb_condition"));
+    m_condition->setFont(textFont());
+    // A long sentence does not widen the window.
+    m_condition->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    layout->addWidget(m_condition);
     resize(sizeHint().width(), qRound(windowHeight * scale));
-    // Wide enough for every text at first; the user may have it narrower.
-    m_transfers->setMinimumWidth(0);
 
-    connect(&camera, &SimulatedCamera::statusChanged, this, &HostWindow::showStatus);
-    connect(&channel, &CommandChannel::transferred, this, &HostWindow::addTransfer);
-    showStatus();
+    connect(&channel, &CommandChannel::transferred, this,
+            [trace](const Transfer &transfer) { trace->trace().add(transfer); });
+    connect(trace, &TracePanel::noticed, this, [this](const QString &sentence) {
+        showSentence(sentence);
+        QTimer::singleShot(noticeTime, this, &HostWindow::showCondition);
+    });
+    connect(&queue, &TransferQueue::conditionChanged, this, &HostWindow::showCondition);
+    showCondition();
 }
 
 void HostWindow::applyDarkLook()
@@ -120,121 +128,16 @@ void HostWindow::applyDarkLook()
     QApplication::setPalette(dark);
     // The panel's title has no size of its own.
     QApplication::setFont(textFont(headingPoints));
+    QToolTip::setFont(textFont());
 }
 
-QGroupBox *HostWindow::createCameraGroup()
+void HostWindow::showCondition()
 {
-    auto *group = new QGroupBox(QStringLiteral("Simulated camera"));
-    auto *grid = new QGridLayout(group);
-    const auto addColumn = [grid](const QString &title, QWidget *widget) {
-        const int column = grid->count() / 2;
-        grid->addWidget(new QLabel(title), 0, column);
-        grid->addWidget(widget, 1, column);
-        grid->setColumnStretch(column, 1);
-    };
-
-    for (const auto field : SimulatedCamera::settingFields) {
-        auto *box = new QComboBox;
-        m_values.at(field) = box;
-        connect(box, QOverload<int>::of(&QComboBox::activated), this, [this, box, field] {
-            m_camera.setValue(field, static_cast<quint8>(box->currentData().toInt()));
-        });
-        addColumn(SimulatedCamera::fieldName(field), box);
-    }
-
-    auto *delay = new QSpinBox;
-    delay->setRange(0, 10000);
-    delay->setSingleStep(50);
-    delay->setSuffix(QStringLiteral(" ms"));
-    delay->setValue(static_cast<int>(m_camera.delay().count()));
-    connect(delay, QOverload<int>::of(&QSpinBox::valueChanged), this,
-            [this](int value) { m_camera.setDelay(std::chrono::milliseconds(value)); });
-    addColumn(QStringLiteral("Delay"), delay);
-
-    auto *answers = new QCheckBox(QStringLiteral("Answers"));
-    answers->setChecked(m_camera.isAnswering());
-    connect(answers, &QCheckBox::toggled, this, [this](bool on) { m_camera.setAnswering(on); });
-    addColumn({}, answers);
-    return group;
+    showSentence(describe(m_queue.condition()));
 }
 
-QGroupBox *HostWindow::createTransferGroup()
+void HostWindow::showSentence(const QString &sentence)
 {
-    m_transfers->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_transfers->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_transfers->setAlternatingRowColors(true);
-    m_transfers->setShowGrid(false);
-    m_transfers->setWordWrap(false);
-    m_transfers->verticalHeader()->hide();
-
-    QHeaderView *const header = m_transfers->horizontalHeader();
-    header->setFont(textFont());
-    header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    header->setHighlightSections(false);
-    const QFontMetrics proportional(textFont());
-    const QFontMetrics fixed(byteFont());
-    const int padding = proportional.averageCharWidth() * 2;
-    int width = m_transfers->verticalScrollBar()->sizeHint().width() + padding;
-    for (int column = 0; column < ColumnCount; ++column) {
-        const QString title = QString::fromLatin1(columns[column].title);
-        const QString widest = QString::fromLatin1(columns[column].widest);
-        const QFontMetrics &metrics = column == Bytes ? fixed : proportional;
-        m_transfers->setHorizontalHeaderItem(column, new QTableWidgetItem(title));
-        m_transfers->setColumnWidth(column,
-                                    padding + std::max(proportional.horizontalAdvance(title),
-                                                       metrics.horizontalAdvance(widest)));
-        width += m_transfers->columnWidth(column);
-    }
-    m_transfers->setMinimumWidth(width);
-    header->setSectionResizeMode(Meaning, QHeaderView::Stretch);
-    m_transfers->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    m_transfers->verticalHeader()->setDefaultSectionSize(proportional.height() + padding / 2);
-
-    auto *group = new QGroupBox(QStringLiteral("Transfers"));
-    auto *layout = new QVBoxLayout(group);
-    layout->addWidget(m_transfers);
-    return group;
-}
-
-void HostWindow::showStatus()
-{
-    for (const auto field : SimulatedCamera::settingFields) {
-        const quint8 current = m_camera.status().at(field);
-        QVector<quint8> offered = SimulatedCamera::knownValues(field);
-        // A value without a meaning is on offer only while the camera has it.
-        if (!offered.contains(current))
-            offered += current;
-        QComboBox *const box = m_values.at(field);
-        box->clear();
-        for (const quint8 value : qAsConst(offered))
-            box->addItem(SimulatedCamera::valueName(field, value), value);
-        box->setCurrentIndex(offered.indexOf(current));
-    }
-}
-
-void HostWindow::addTransfer(const Transfer &transfer)
-{
-    const QScrollBar *const bar = m_transfers->verticalScrollBar();
-    const bool atBottom = bar->value() == bar->maximum();
-
-    if (m_transfers->rowCount() == maximumRows)
-        m_transfers->removeRow(0);
-    const int row = m_transfers->rowCount();
-    m_transfers->insertRow(row);
-    const auto setText = [&](Column column, const QString &text) {
-        auto *item = new QTableWidgetItem(text);
-        item->setToolTip(text);
-        if (column == Bytes)
-            item->setFont(byteFont());
-        m_transfers->setItem(row, column, item);
-    };
-    setText(Time, transfer.time.toString(QStringLiteral("HH:mm:ss.zzz")));
-    setText(Direction, transfer.direction);
-    setText(Request, transfer.request);
-    setText(Selector, transfer.selector ? QString::number(transfer.selector) : QString());
-    setText(Meaning, transfer.meaning);
-    setText(Bytes, transfer.firstBytes());
-
-    if (atBottom)
-        m_transfers->scrollToBottom();
+    m_condition->setText(sentence);
+    m_condition->setToolTip(sentence);
 }

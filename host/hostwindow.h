@@ -1,25 +1,21 @@
 #pragma once
 
-#include "simulatedcamera.h"
-
 #include <QWidget>
 
-#include <array>
-
 class CommandChannel;
-class QComboBox;
-class QGroupBox;
-class QTableWidget;
-struct Transfer;
+class QLabel;
+class SimulatedCamera;
+class TransferQueue;
 
-/// The host's window: the plug-in's panel on the left, the simulated camera and what passes over
-/// the channel on the right.
+/// The host's window: the plug-in's panel on the left, what passes over the channel on the right,
+/// how the camera does below.
 class HostWindow : public QWidget
 {
     Q_OBJECT
 public:
-    /// `camera` and `channel` must outlive the window.
-    HostWindow(SimulatedCamera &camera, CommandChannel &channel);
+    /// With a simulated camera the window has controls for it. All three must outlive the window;
+    /// `simulated` may be null.
+    HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedCamera *simulated);
 
     /// What the panel is to be inserted into. The window owns it.
     QWidget *panelContainer() const { return m_panelContainer; }
@@ -32,13 +28,10 @@ Q_SIGNALS:
     void resetRequested();
 
 private:
-    QGroupBox *createCameraGroup();
-    QGroupBox *createTransferGroup();
-    void showStatus();
-    void addTransfer(const Transfer &transfer);
+    void showCondition();
+    void showSentence(const QString &sentence);
 
-    SimulatedCamera &m_camera;
+    const TransferQueue &m_queue;
     QWidget *m_panelContainer;
-    std::array<QComboBox *, SimulatedCamera::FieldCount> m_values = {};
-    QTableWidget *m_transfers;
+    QLabel *m_condition;
 };

@@ -1,11 +1,16 @@
 #include "commandchannel.h"
 #include "gallery.h"
 #include "hostwindow.h"
+#include "opencamera.h"
 #include "options.h"
+#include "orvpluginapi.h"
 #include "pluginfile.h"
+#include "simulatedcamera.h"
 #include "tour.h"
+#include "transferqueue.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QPixmap>
 #include <QTextStream>
 #include <QTimer>
@@ -80,18 +85,35 @@ int runHost(const Options &options, int &argc, char **argv)
         return failed;
     }
 
-    SimulatedCamera camera;
-    camera.setStatus(options.status);
-    camera.setAnswering(options.answering);
-    camera.setDelay(options.delay);
-    CommandChannel channel(camera);
+    QFile trace(options.trace);
+    // Unbuffered: whatever becomes of this program, the file ends with a whole line.
+    if (!options.trace.isEmpty() && !trace.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+        complain(QStringLiteral("Cannot write the trace \"%1\": %2.")
+                     .arg(options.trace, trace.errorString()));
+        return failed;
+    }
+    QString error;
+    const std::shared_ptr<Camera> camera = openCamera(options, &error);
+    if (!camera) {
+        complain(error);
+        return failed;
+    }
+    auto *const simulated = dynamic_cast<SimulatedCamera *>(camera.get());
+    TransferQueue queue(camera,
+                        options.readOnly ? TransferQueue::ReadOnly : TransferQueue::ReadWrite);
+    CommandChannel channel(queue);
     channel.setSetting(QStringLiteral("language"), options.language);
-    HostWindow window(camera, channel);
+    if (trace.isOpen()) {
+        QObject::connect(
+            &channel, &CommandChannel::transferred, &channel,
+            [&trace](const Transfer &transfer) { trace.write(transfer.toJsonLine()); });
+    }
+    HostWindow window(queue, channel, simulated);
     // Later than the window, so that it goes first and as a QObject, not with its container.
     const std::unique_ptr<QObject> instance(plugin.object);
     std::unique_ptr<Tour> tour;
     if (options.tour)
-        tour = std::make_unique<Tour>(camera, channel, window);
+        tour = std::make_unique<Tour>(simulated, channel, window);
 
     plugin.api->commandChannel = [&channel](int kind, const QVariant &record) {
         return channel.request(kind, record);
@@ -113,7 +135,10 @@ int runHost(const Options &options, int &argc, char **argv)
     } else if (!options.screenshot.isEmpty()) {
         QTimer::singleShot(settleTime, &window, [&finish] { finish(true); });
     }
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    window.hide();
+    queue.finish();
+    return status;
 }
 
 } // namespace
@@ -133,10 +158,11 @@ int main(int argc, char *argv[])
     }
     // Every option is this program's own: the application sees none of them.
     argc = 1;
-    if (options.help || options.version) {
+    if (options.help || options.version || options.listCameras) {
         const QCoreApplication application(argc, argv);
-        QTextStream(stdout) << (options.help ? Options::helpText()
-                                             : QStringLiteral("orvhost " ORVHOST_VERSION "\n"));
+        QTextStream(stdout) << (options.help      ? Options::helpText()
+                                : options.version ? QStringLiteral("orvhost " ORVHOST_VERSION "\n")
+                                                  : listCameras());
         return 0;
     }
     return runHost(options, argc, argv);

@@ -22,8 +22,18 @@ void addOptions(QCommandLineParser &parser)
         {"status", "b0,b1,b2,b3,b4", "0,1,0,1,0",
          "The camera's status block at start: reserved, tracking, type, mode, composition, each "
          "0..255. Default: 0,1,0,1,0."},
-        {"no-answer", "", "", "Start with a camera that does not answer."},
-        {"delay", "ms", "0", "How long each transfer takes, 0..10000. Default: 0."},
+        {"fault", "name[=value]", "",
+         "What is wrong with the simulated camera, any number of times: delay=MS, no-answer, "
+         "errno=NAME, short=BYTES, random, refuse-writes, unplugged, changes-itself."},
+        {"no-answer", "", "", "The same as --fault no-answer."},
+        {"delay", "ms", "0", "The same as --fault delay=MS, 0..10000. Default: 0."},
+        {"camera", "node", "", "Use a real camera, such as /dev/video0, not the simulated one."},
+        {"unit", "n", "1",
+         "The number of the real camera's extension unit, 1..255. Default: the "
+         "one that is found."},
+        {"read-only", "", "", "Send the real camera no command."},
+        {"list-cameras", "", "", "Print the cameras that there are and exit."},
+        {"trace", "file", "", "Write every exchange to a file, a JSON object a line."},
         {"dpi", "n", "96", "The screen's logical dots per inch, 48..480."},
         {"scale", "f", "1", "Qt's scale factor, 0.5..4."},
         {"tour", "", "",
@@ -36,8 +46,9 @@ void addOptions(QCommandLineParser &parser)
         {"screenshot", "file", "",
          "Write a picture of the window, after the tour if there is one, and exit."},
     };
-    parser.setApplicationDescription(
-        latin1("Loads a settings-panel plug-in and gives it a simulated camera to work on."));
+    parser.setApplicationDescription(latin1("Loads a settings-panel plug-in and gives it a camera "
+                                            "to work on: a simulated one, or one of "
+                                            "yours."));
     for (const auto &option : options) {
         parser.addOption({latin1(option.name), latin1(option.description), latin1(option.value),
                           latin1(option.byDefault)});
@@ -92,9 +103,31 @@ Options Options::read(const QStringList &arguments)
     if (!bytesOk)
         reject("status", "five numbers of 0..255 with commas between them");
 
-    options.answering = !isSet("no-answer");
-    options.delay = std::chrono::milliseconds(
-        whole("delay", 0, 10000, "a whole number of milliseconds, 0..10000"));
+    if (isSet("no-answer"))
+        options.faults[Fault::NoAnswer] = 1;
+    const int delay = whole("delay", 0, 10000, "a whole number of milliseconds, 0..10000");
+    if (isSet("delay"))
+        options.faults[Fault::Delay] = delay;
+    const QStringList faults = parser.values(latin1("fault"));
+    for (const QString &fault : faults) {
+        const QString wanted = addFault(options.faults, fault);
+        if (!wanted.isEmpty())
+            options.error = QStringLiteral("--fault takes %1, not \"%2\".").arg(wanted, fault);
+    }
+
+    const auto file = [&](const char *name, const char *wanted = "the name of a file") {
+        const QString value = parser.value(latin1(name));
+        if (isSet(name) && value.isEmpty())
+            reject(name, wanted);
+        return value;
+    };
+    options.camera = file("camera", "the node of a camera, such as /dev/video0");
+    const int unit = whole("unit", 1, 255, "a whole number of 1..255");
+    if (isSet("unit"))
+        options.unit = unit;
+    options.readOnly = isSet("read-only");
+    options.listCameras = isSet("list-cameras");
+    options.trace = file("trace");
     const int dotsPerInch = whole("dpi", 48, 480, "a whole number of 48..480");
     if (isSet("dpi"))
         options.dotsPerInch = QByteArray::number(dotsPerInch);
@@ -108,12 +141,8 @@ Options Options::read(const QStringList &arguments)
 
     options.tour = isSet("tour");
     options.gallery = isSet("gallery");
-    options.picture = parser.value(latin1("picture"));
-    if (isSet("picture") && options.picture.isEmpty())
-        reject("picture", "the name of a file");
-    options.screenshot = parser.value(latin1("screenshot"));
-    if (isSet("screenshot") && options.screenshot.isEmpty())
-        reject("screenshot", "the name of a file");
+    options.picture = file("picture");
+    options.screenshot = file("screenshot");
     options.help = isSet("help");
     options.version = isSet("version");
 
@@ -124,8 +153,18 @@ Options Options::read(const QStringList &arguments)
         options.error = QStringLiteral("--gallery takes no plug-in.");
     if (options.gallery && options.tour)
         options.error = QStringLiteral("--gallery and --tour exclude each other.");
-    if (isSet("picture") && !options.gallery)
-        options.error = QStringLiteral("--picture needs --gallery.");
+    const auto need = [&](const char *name, const char *other) {
+        if (isSet(name) && !isSet(other))
+            options.error = QStringLiteral("--%1 needs --%2.").arg(latin1(name), latin1(other));
+    };
+    need("picture", "gallery");
+    need("unit", "camera");
+    need("read-only", "camera");
+    for (const char *other : {"fault", "status", "gallery", "delay", "no-answer"}) {
+        if (isSet("camera") && isSet(other))
+            options.error =
+                QStringLiteral("--camera and --%1 exclude each other.").arg(latin1(other));
+    }
     return options;
 }
 

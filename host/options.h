@@ -1,21 +1,24 @@
 #pragma once
 
-#include "simulatedcamera.h"
+#include "faults.h"
+#include "trackingprotocol.h"
 
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
-
-#include <chrono>
 
 /// What the command line asks of the host.
 struct Options
 {
     QString plugin;   ///< file of the plug-in; empty: the one beside the program
     int language = 1; ///< the setting "language": 1 English, 0 Chinese
-    SimulatedCamera::Status status = SimulatedCamera().status();
-    bool answering = true;
-    std::chrono::milliseconds delay{0};
+    QString camera;   ///< node of a real camera; empty: the simulated one
+    int unit = -1;    ///< number of the camera's extension unit; -1: to be found
+    bool readOnly = false;
+    bool listCameras = false;
+    TrackingProtocol::Status status = TrackingProtocol::factoryStatus; ///< of the simulated camera
+    Faults faults = noFaults;                                          ///< of the simulated camera
+    QString trace;                                                     ///< file; empty: none
     QByteArray dotsPerInch; ///< empty: as the screen has it
     QByteArray scaleFactor; ///< empty: as the screen has it
     bool tour = false;

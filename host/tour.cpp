@@ -1,17 +1,25 @@
 #include "tour.h"
 
+#include "commandchannel.h"
+#include "simulatedcamera.h"
+
 #include <QAbstractButton>
 #include <QCoreApplication>
 #include <QMouseEvent>
 #include <QPointer>
 #include <QWidget>
 
+#include <algorithm>
 #include <chrono>
 #include <iterator>
+
+using namespace TrackingProtocol;
 
 namespace {
 
 using namespace std::chrono_literals;
+
+constexpr auto heartbeat = 5ms;
 
 constexpr auto checkInterval = 50ms;
 /// How long camera and panel must agree: longer than a switch slides, during which it takes no
@@ -19,8 +27,11 @@ constexpr auto checkInterval = 50ms;
 constexpr auto shortestStep = 400ms;
 /// The first poll comes some four seconds after the panel is set up.
 constexpr auto longestStep = 6s;
-/// How many transfers a step may wait for: those of the panel's set-up, or a poll and the next.
-constexpr int transfersPerStep = 3;
+/// How many transfers a step may wait for: a read under way, the old value and the new one of two
+/// settings, a read, and the next, in whose time the panel is told.
+constexpr int transfersPerStep = 7;
+/// How long the first transfer may take.
+constexpr auto longestTransfer = 10s;
 
 /// In a step's expectation: any composition but "off".
 constexpr quint8 anyComposition = 0xFF;
@@ -30,8 +41,8 @@ struct Step
 {
     const char *text;
     const char *control;
-    SimulatedCamera::Status expected; ///< the camera's state after the step; Reserved is ignored
-    bool open;                        ///< whether the panel's body is shown after the step
+    Status expected; ///< the camera's state after the step; Reserved is ignored
+    bool open;       ///< whether the panel's body is shown after the step
 };
 
 constexpr Step steps[] = {
@@ -68,53 +79,81 @@ constexpr int stepCount = static_cast<int>(std::size(steps));
 struct ValueButton
 {
     const char *name;
-    SimulatedCamera::Field field;
+    Field field;
     quint8 value;
 };
 
 constexpr ValueButton valueButtons[] = {
-    {"rb_normal", SimulatedCamera::Type, 0},
-    {"rb_hand", SimulatedCamera::Type, 1},
-    {"rb_whiteboard", SimulatedCamera::Type, 2},
-    {"rb_normal_mode", SimulatedCamera::Mode, 1},
-    {"rb_sport", SimulatedCamera::Mode, 2},
-    {"wg_half_body", SimulatedCamera::Composition, 1},
-    {"wg_full_body", SimulatedCamera::Composition, 2},
-    {"wg_multi_body", SimulatedCamera::Composition, 3},
+    {"rb_normal", Type, 0},
+    {"rb_hand", Type, 1},
+    {"rb_whiteboard", Type, 2},
+    {"rb_normal_mode", Mode, 1},
+    {"rb_sport", Mode, 2},
+    {"wg_half_body", Composition, 1},
+    {"wg_full_body", Composition, 2},
+    {"wg_multi_body", Composition, 3},
 };
 
 } // namespace
 
-Tour::Tour(SimulatedCamera &camera, CommandChannel &channel, QWidget &window)
-    : m_camera(camera)
+Tour::Tour(SimulatedCamera *simulated, CommandChannel &channel, QWidget &window)
+    : m_simulated(simulated)
     , m_window(window)
     , m_out(stdout)
-    , m_expected(camera.status())
 {
     m_timer.setInterval(checkInterval);
     connect(&m_timer, &QTimer::timeout, this, &Tour::checkStep);
-    connect(&channel, &CommandChannel::transferred, this, &Tour::printTransfer);
+    connect(&channel, &CommandChannel::transferred, this, &Tour::takeTransfer);
+    m_heartbeat.setTimerType(Qt::PreciseTimer);
+    m_heartbeat.setInterval(heartbeat);
+    connect(&m_heartbeat, &QTimer::timeout, this, [this] {
+        // The first beat only says that the window is open.
+        if (m_sinceHeartbeat.isValid())
+            m_longestStall = std::max(m_longestStall, m_sinceHeartbeat.elapsed());
+        m_sinceHeartbeat.start();
+    });
+    m_heartbeat.start();
     m_out << "Set-up of the panel\n" << flush;
     m_sinceStep.start();
     m_sinceDifference.start();
     m_timer.start();
 }
 
+void Tour::takeTransfer(const Transfer &transfer)
+{
+    if (transfer.selector != 0 && transfer.result != QLatin1String("superseded"))
+        m_slowest = std::max(m_slowest, transfer.duration);
+    if (transfer.isStatusRead() && transfer.bytes.size() >= FieldCount)
+        m_reported = transfer.bytes;
+    printTransfer(transfer);
+}
+
 void Tour::printTransfer(const Transfer &transfer)
 {
     if (transfer.isStatusRead()) {
-        if (!m_lastStatus.isNull() && transfer.bytes == m_lastStatus) {
+        if (transfer.bytes == m_printed && transfer.result == m_printedResult) {
             ++m_repeatedReads;
             return;
         }
-        m_lastStatus = transfer.bytes;
+        m_printed = transfer.bytes;
+        m_printedResult = transfer.result;
     }
     QString address = transfer.request;
     if (transfer.selector != 0)
         address += QLatin1Char(' ') + QString::number(transfer.selector);
     m_out << "    " << transfer.direction << ' ' << address.leftJustified(12)
-          << transfer.firstBytes().leftJustified(19) << transfer.meaning << '\n'
-          << flush;
+          << transfer.firstBytes().leftJustified(19) << transfer.meaning;
+    if (!transfer.succeeded())
+        m_out << ": " << transfer.result;
+    m_out << '\n' << flush;
+}
+
+bool Tour::nextStep()
+{
+    do
+        ++m_step;
+    while (m_step < stepCount && !steps[m_step].control && !m_simulated);
+    return m_step < stepCount;
 }
 
 void Tour::beginStep()
@@ -122,9 +161,9 @@ void Tour::beginStep()
     const Step &step = steps[m_step];
     m_out << '\n' << m_step + 1 << ". " << step.text << '\n' << flush;
     m_expected = step.expected;
-    m_expected[SimulatedCamera::Reserved] = m_camera.status()[SimulatedCamera::Reserved];
     if (!step.control) {
-        m_camera.setStatus(m_expected);
+        m_expected[Reserved] = m_simulated->status()[Reserved];
+        m_simulated->setStatus(m_expected);
     } else if (!press(QString::fromLatin1(step.control))) {
         m_out << "    " << step.control << " is not there to be pressed\n" << flush;
     }
@@ -143,8 +182,8 @@ void Tour::checkStep()
     const auto elapsed = [](const QElapsedTimer &timer) {
         return timer.elapsed() * 1ms;
     };
-    if (elapsed(m_sinceDifference) < shortestStep &&
-        elapsed(m_sinceStep) < longestStep + transfersPerStep * m_camera.delay())
+    const auto patience = m_slowest < 0 ? longestTransfer : transfersPerStep * m_slowest * 1ms;
+    if (elapsed(m_sinceDifference) < shortestStep && elapsed(m_sinceStep) < longestStep + patience)
         return;
 
     if (m_repeatedReads > 0)
@@ -153,9 +192,8 @@ void Tour::checkStep()
     for (const QString &difference : found)
         m_out << "  DIFFERENT: " << difference << '\n';
     if (found.isEmpty()) {
-        m_out << "  camera and panel agree: " << SimulatedCamera::describeStatus(m_camera.status())
-              << '\n';
-        if (++m_step < stepCount) {
+        m_out << "  camera and panel agree: " << describeStatus(m_reported) << '\n';
+        if (nextStep()) {
             beginStep();
             return;
         }
@@ -164,6 +202,7 @@ void Tour::checkStep()
     // Every step builds on the one before it: after a difference the rest would tell nothing.
     m_out << (found.isEmpty() ? "\nThe tour is done: camera and panel agreed after every step.\n"
                               : "\nThe tour ends here: camera and panel differ.\n")
+          << "longest stall of the window: " << m_longestStall << " ms\n"
           << flush;
     Q_EMIT finished(found.isEmpty());
 }
@@ -188,8 +227,10 @@ bool Tour::press(const QString &name)
 
 QStringList Tour::differences() const
 {
-    using Camera = SimulatedCamera;
-    const Camera::Status &status = m_camera.status();
+    if (m_reported.isEmpty())
+        return {QStringLiteral("the camera has reported nothing")};
+    Status status;
+    std::copy_n(m_reported.cbegin(), status.size(), status.begin());
     QStringList found;
     const auto expect = [&found](const QString &what, const QString &actual,
                                  const QString &wanted) {
@@ -197,10 +238,11 @@ QStringList Tour::differences() const
             found += QStringLiteral("%1 is %2 instead of %3").arg(what, actual, wanted);
     };
 
-    for (const auto field : Camera::settingFields) {
-        const bool free = m_expected.at(field) == anyComposition && status.at(field) != 0;
-        expect(Camera::fieldName(field), Camera::valueName(field, status.at(field)),
-               Camera::valueName(field, free ? status.at(field) : m_expected.at(field)));
+    const Status &wantedStatus = m_step < 0 ? status : m_expected;
+    for (const auto field : settingFields) {
+        const bool free = wantedStatus.at(field) == anyComposition && status.at(field) != 0;
+        expect(fieldName(field), valueName(field, status.at(field)),
+               valueName(field, free ? status.at(field) : wantedStatus.at(field)));
     }
 
     const auto checkedWord = [](bool checked) {
@@ -210,7 +252,7 @@ QStringList Tour::differences() const
         const QString name = QString::fromLatin1(entry.name);
         const auto *button = m_window.findChild<QAbstractButton *>(name);
         // Without composition its buttons keep the choice for the next time.
-        if (entry.field != Camera::Composition || status[Camera::Composition] != 0) {
+        if (entry.field != Composition || status[Composition] != 0) {
             expect(name, checkedWord(button && button->isChecked()),
                    checkedWord(status.at(entry.field) == entry.value));
         }
@@ -223,10 +265,10 @@ QStringList Tour::differences() const
         };
         expect(QString::fromLatin1(row), word(frame && frame->isVisible()), word(shown));
     };
-    const bool open = m_step < 0 ? status[Camera::Tracking] != 0 : steps[m_step].open;
-    const bool basic = open && status[Camera::Type] == 0;
+    const bool open = m_step < 0 ? status[Tracking] != 0 : steps[m_step].open;
+    const bool basic = open && status[Type] == 0;
     expectShown("frame_spliter", open);
     expectShown("frame_picture_title", basic);
-    expectShown("frame_picture_mode", basic && status[Camera::Composition] != 0);
+    expectShown("frame_picture_mode", basic && status[Composition] != 0);
     return found;
 }

@@ -1,0 +1,106 @@
+#include "simulatedcamera.h"
+
+#include <QRandomGenerator>
+
+#include <cerrno>
+#include <chrono>
+#include <thread>
+
+using namespace TrackingProtocol;
+
+namespace {
+
+/// A camera that changes by itself does so with every third read.
+constexpr int readsPerChange = 3;
+
+} // namespace
+
+SimulatedCamera::Status SimulatedCamera::status() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_status;
+}
+
+void SimulatedCamera::setStatus(const Status &status)
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (status == m_status)
+            return;
+        m_status = status;
+    }
+    Q_EMIT statusChanged();
+}
+
+void SimulatedCamera::setValue(Field field, quint8 value)
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_status.at(field) == value)
+            return;
+        m_status.at(field) = value;
+    }
+    Q_EMIT statusChanged();
+}
+
+Faults SimulatedCamera::faults() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_faults;
+}
+
+void SimulatedCamera::setFaults(const Faults &faults)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_faults = faults;
+}
+
+int SimulatedCamera::beginTransfer() const
+{
+    const int delay = faults().at(Fault::Delay);
+    if (delay > 0)
+        std::this_thread::sleep_for(std::chrono::milliseconds(delay));
+
+    // Asked again: whoever unplugs a camera does so in the middle of a transfer.
+    const Faults now = faults();
+    if (now.at(Fault::Unplugged) != noFault)
+        return ENODEV;
+    if (now.at(Fault::Error) != noFault)
+        return now.at(Fault::Error);
+    return now.at(Fault::NoAnswer) != noFault ? ETIMEDOUT : 0;
+}
+
+TransferResult SimulatedCamera::read(int selector)
+{
+    if (const int error = beginTransfer())
+        return {{}, error};
+    if (!refusal(false, selector, {}).isEmpty())
+        return {{}, EINVAL};
+
+    const Faults faults = this->faults();
+    if (faults.at(Fault::ChangesItself) != noFault && ++m_reads % readsPerChange == 0) {
+        const Field field = settingFields.at(m_reads / readsPerChange % settingFields.size());
+        const QVector<quint8> values = knownValues(field);
+        setValue(field, values.at((values.indexOf(status().at(field)) + 1) % values.size()));
+    }
+    const Status status = this->status();
+    QByteArray block(reinterpret_cast<const char *>(status.data()), status.size());
+    block.append(blockLength - block.size(), '\0');
+    if (faults.at(Fault::Random) != noFault) {
+        for (char &byte : block)
+            byte = static_cast<char>(QRandomGenerator::global()->bounded(256));
+    }
+    return {faults.at(Fault::Short) != noFault ? block.left(faults.at(Fault::Short)) : block, 0};
+}
+
+TransferResult SimulatedCamera::write(int selector, const QByteArray &bytes)
+{
+    if (const int error = beginTransfer())
+        return {{}, error};
+    if (!refusal(true, selector, bytes).isEmpty())
+        return {{}, EINVAL};
+    if (faults().at(Fault::RefuseWrites) != noFault)
+        return {{}, EPIPE};
+    setValue(fieldOf(bytes), static_cast<quint8>(bytes.at(valueOffset)));
+    return {};
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "trackingprotocol.h"
+
+#include <QGroupBox>
+
+#include <array>
+
+class QComboBox;
+class QGridLayout;
+class SimulatedCamera;
+
+/// The simulated camera as it is, each of its settings and faults changeable.
+class CameraPanel : public QGroupBox
+{
+    Q_OBJECT
+public:
+    /// `camera` must outlive the panel.
+    explicit CameraPanel(SimulatedCamera &camera);
+
+private:
+    void addFaults(QGridLayout &grid);
+    void setFault(int fault, int value);
+    void showStatus();
+
+    SimulatedCamera &m_camera;
+    std::array<QComboBox *, TrackingProtocol::FieldCount> m_values = {};
+};
