@@ -1,9 +1,60 @@
-# The set-up that the scripts share, sourced with $here set to the project's folder: installs the
-# Debian packages that are missing, with those in $packages, and builds $preset. Leaves the build in
-# $build.
+# shellcheck shell=sh
+# What the scripts share: functions, and nothing that happens when it is sourced. They need $here,
+# the project's folder.
 
 say() {
     printf '%s\n' "$*"
+}
+
+# show [word...]: replaces the line that says how far a step is; does nothing without a terminal.
+show() {
+    if [ -t 2 ]; then
+        printf '\r%-70.70s\r' "$*" >&2
+    elif [ -t 1 ]; then
+        printf '\r%-70.70s\r' "$*"
+    fi
+}
+
+# show_progress <log>: logs what it reads and shows apt's and ninja's counts. The line "failed!"
+# stands for the exit status, which does not pass a pipe.
+show_progress() {
+    trap '' INT # after Ctrl-C apt finishes what it is at, and needs its reader
+    outcome=0
+    while IFS= read -r line; do
+        printf '%s\n' "$line" >&3
+        case $line in
+        \[*/*\]*)
+            count=${line%%]*}
+            show "  ${count#?}"
+            ;;
+        dlstatus:*) show "  ${line##*:}" ;;
+        pmstatus:*)
+            percent=${line%:*}
+            percent=${percent##*:}
+            show "  ${percent%.*}% ${line##*:}"
+            ;;
+        failed!) outcome=1 ;;
+        esac
+    done 3>"$1"
+    show
+    return "$outcome"
+}
+
+# logged <name> <command> [argument...]: runs it with its output in build/<name>.log. If it fails,
+# shows the end of that and ends the script.
+logged() {
+    log=${here:?}/build/$1.log
+    shift
+    mkdir -p "$here/build"
+    if [ -t 1 ] || [ -t 2 ]; then
+        trap 'exit 130' INT
+        { "$@" 2>&1 || echo failed!; } | show_progress "$log" && trap - INT && return
+    else
+        "$@" >"$log" 2>&1 && return
+    fi
+    tail -n 40 "$log" >&2
+    say "This failed; the whole log is in $log" >&2
+    exit 1
 }
 
 # install_missing <package>...
@@ -14,35 +65,35 @@ install_missing() {
             missing="$missing $package"
     done
     [ -n "$missing" ] || return 0
-    say "Installing what is missing:$missing"
+    say "Installing what is missing:$missing" >&2
     root=
     [ "$(id -u)" -eq 0 ] || root=sudo
-    $root apt-get update -qq
     # shellcheck disable=SC2086 # a list of names
-    $root env DEBIAN_FRONTEND=noninteractive \
-        apt-get install -y -qq --no-install-recommends $missing >/dev/null
+    logged packages apt_install $missing
 }
 
-# build_preset <preset> [cmake option...]: configures and builds it.
+apt_install() {
+    $root apt-get update -qq -o APT::Status-Fd=1 &&
+        $root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq \
+            --no-install-recommends -o APT::Status-Fd=1 -o Dpkg::Use-Pty=0 "$@"
+}
+
+# install_build_tools [package...]: the compiler and Qt; fonts-wqy-microhei for Chinese, x11-utils to
+# see whether there is a display; and what else the caller needs.
+install_build_tools() {
+    install_missing g++ cmake ninja-build qtbase5-dev libqt5svg5-dev qttools5-dev \
+        fonts-dejavu-core fonts-wqy-microhei x11-utils "$@"
+}
+
+# build_preset <preset> <target> [configure option...]
 build_preset() {
-    chosen=$1
-    shift
-    log="$here/build/$chosen.log"
-    mkdir -p "$here/build"
-    if ! (cd "$here" && cmake --preset "$chosen" "$@" && cmake --build --preset "$chosen") \
-        >"$log" 2>&1; then
-        tail -n 40 "$log" >&2
-        say "The build failed; the whole log is in $log" >&2
-        exit 1
-    fi
+    say "Building." >&2
+    logged "$1" configure_and_build "$@"
 }
 
-# The compiler and Qt; fonts-wqy-microhei for Chinese, x11-utils to see whether there is a display.
-# shellcheck disable=SC2086 # a list of names
-install_missing g++ cmake ninja-build qtbase5-dev libqt5svg5-dev qttools5-dev \
-    fonts-dejavu-core fonts-wqy-microhei x11-utils ${packages:-}
-
-: "${preset:=release}"
-build="$here/build/$preset"
-say "Building." >&2
-build_preset "$preset"
+configure_and_build() {
+    preset=$1 target=$2
+    shift 2
+    cmake -S "$here" --preset "$preset" "$@" &&
+        cmake --build "$here/build/$preset" --target "$target"
+}
