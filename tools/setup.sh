@@ -78,11 +78,10 @@ apt_install() {
             --no-install-recommends -o APT::Status-Fd=1 -o Dpkg::Use-Pty=0 "$@"
 }
 
-# install_build_tools [package...]: the compiler and Qt; fonts-wqy-microhei for Chinese, x11-utils to
-# see whether there is a display; and what else the caller needs.
+# The compiler and Qt; fonts-wqy-microhei for Chinese, x11-utils to see whether there is a display.
 install_build_tools() {
     install_missing g++ cmake ninja-build qtbase5-dev libqt5svg5-dev qttools5-dev \
-        fonts-dejavu-core fonts-wqy-microhei x11-utils "$@"
+        fonts-dejavu-core fonts-wqy-microhei x11-utils
 }
 
 # build_preset <preset> <target> [configure option...]
