@@ -25,7 +25,7 @@ show_progress() {
         case $line in
         \[*/*\]*)
             count=${line%%]*}
-            show "  ${count#?}"
+            show "  step ${count#?}"
             ;;
         dlstatus:*) show "  ${line##*:}" ;;
         pmstatus:*)
