@@ -34,7 +34,7 @@ int main()
 {
     const Application application;
     ControlTrackingPlugin panel;
-    const QVariant answer = QVariant::fromValue(ExtensionUnit());
+    QVariant answer = QVariant::fromValue(ExtensionUnit());
     panel.commandChannel = [&answer](int /*request*/, const QVariant & /*record*/) {
         return answer;
     };

@@ -8,8 +8,8 @@
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <utility>
 #include <valgrind/callgrind.h>
+#include <vector>
 
 namespace {
 
@@ -19,8 +19,11 @@ struct Measure
     double ours = 0, floor = 0;
 };
 
-std::map<std::string, double> bestTimes; // ns
-std::vector<Measure> asked;
+std::vector<Measure> &asked()
+{
+    static std::vector<Measure> measures;
+    return measures;
+}
 
 std::string fields(const std::string &subject, const char *unit, const char *side)
 {
@@ -37,6 +40,7 @@ class BestOfRuns : public benchmark::BenchmarkReporter
 {
 public:
     bool failed = false;
+    std::map<std::string, double> bestTimes; // ns
     bool ReportContext(const Context & /*context*/) override { return true; }
     void ReportRuns(const std::vector<Run> &runs) override
     {
@@ -115,18 +119,19 @@ void count(const std::string &name, const Bench::Step &step)
 
 } // namespace
 
-void Bench::time(const char *subject, const char *target, Step ours, Step floor)
+void Bench::time(const char *subject, const char *target, const Step &ours, const Step &floor)
 {
-    asked.push_back({subject, target});
-    registerSide(subject, "ours", std::move(ours));
-    registerSide(subject, "floor", std::move(floor));
+    asked().push_back({subject, target});
+    registerSide(subject, "ours", ours);
+    registerSide(subject, "floor", floor);
 }
 
-void Bench::timeInCopies(const char *subject, const char *target, TimedStep ours, TimedStep floor)
+void Bench::timeInCopies(const char *subject, const char *target, const TimedStep &ours,
+                         const TimedStep &floor)
 {
-    asked.push_back({subject, target});
-    registerSideInCopies(subject, "ours", std::move(ours));
-    registerSideInCopies(subject, "floor", std::move(floor));
+    asked().push_back({subject, target});
+    registerSideInCopies(subject, "ours", ours);
+    registerSideInCopies(subject, "floor", floor);
 }
 
 void Bench::instructions(const char *subject, const char *target, const Step &ours,
@@ -152,7 +157,7 @@ void Bench::figure(const char *subject, const char *unit, const char *target, do
 
 int Bench::run()
 {
-    if (RUNNING_ON_VALGRIND || asked.empty())
+    if (RUNNING_ON_VALGRIND || asked().empty())
         return 0;
     std::string arguments[] = {"bench", "--benchmark_repetitions=15", "--benchmark_min_time=0.02",
                                "--benchmark_enable_random_interleaving=true"};
@@ -165,10 +170,10 @@ int Bench::run()
     benchmark::RunSpecifiedBenchmarks(&reporter);
     if (reporter.failed)
         return 1;
-    for (const Measure &measure : asked) {
+    for (const Measure &measure : asked()) {
         for (const char *side : {"ours", "floor"}) {
-            const auto best = bestTimes.find(fields(measure.subject, "ns", side));
-            if (best == bestTimes.end())
+            const auto best = reporter.bestTimes.find(fields(measure.subject, "ns", side));
+            if (best == reporter.bestTimes.end())
                 return 1;
             print(measure.subject, "ns", side, best->second, measure.target);
         }

@@ -15,10 +15,11 @@ using Step = std::function<void()>;
 using TimedStep = std::function<double()>;
 
 /// How long a step takes: the best of several runs. Nothing under valgrind.
-void time(const char *subject, const char *target, Step ours, Step floor);
+void time(const char *subject, const char *target, const Step &ours, const Step &floor);
 
 /// The same for what a process can do only once: each run has a copy of this process to itself.
-void timeInCopies(const char *subject, const char *target, TimedStep ours, TimedStep floor);
+void timeInCopies(const char *subject, const char *target, const TimedStep &ours,
+                  const TimedStep &floor);
 
 /// The instructions of one run of each step, after two that do not count. Under callgrind only,
 /// which writes them down under the same fields.

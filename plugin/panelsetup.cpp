@@ -101,11 +101,13 @@ void ControlTrackingPlugin::connectControls()
             &ControlTrackingPlugin::onTrackingSwitch);
     connect(ui->buttonGroup, qOverload<QAbstractButton *, bool>(&QButtonGroup::buttonToggled), this,
             &ControlTrackingPlugin::onTrackingType);
-    connect(ui->buttonGroup_mode, SIGNAL(buttonToggled(QAbstractButton *, bool)),
+    connect(ui->buttonGroup_mode, // clazy:exclude=old-style-connect
+            SIGNAL(buttonToggled(QAbstractButton *, bool)),
             SLOT(onTrackingMode(QAbstractButton *, bool)));
     connect(ui->sw_picture_mode, &SwitchButton::onValueChanged, this,
             &ControlTrackingPlugin::onPictureModeSwitch);
-    connect(ui->buttonGroup_picture_mdoe, SIGNAL(buttonToggled(QAbstractButton *, bool)),
+    connect(ui->buttonGroup_picture_mdoe, // clazy:exclude=old-style-connect
+            SIGNAL(buttonToggled(QAbstractButton *, bool)),
             SLOT(setPictureModeUI(QAbstractButton *, bool)));
 }
 

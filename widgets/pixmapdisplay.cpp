@@ -50,7 +50,8 @@ bool PixmapDisplay::Look::operator==(const Look &other) const
 PixmapDisplay::PixmapDisplay(QWidget *parent)
     : QWidget(parent)
 {
-    connect(this, SIGNAL(updatePic()), this, SLOT(update()), Qt::QueuedConnection);
+    connect(this, SIGNAL(updatePic()), this, // clazy:exclude=old-style-connect
+            SLOT(update()), Qt::QueuedConnection);
 }
 
 PixmapDisplay::~PixmapDisplay()
