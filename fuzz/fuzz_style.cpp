@@ -25,7 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uchar *bytes, size_t size)
     const auto locate = [](BgLineLabel &which, int location) {
         which.setStyleSheet(QString("location:%1;").arg(location));
     };
-    int location = qint8(input.take());
+    int location = input.take<qint8>();
     locate(label, location);
     const QString sheet = QString::fromUtf8(input.left);
     if (sheet.contains("url", Qt::CaseInsensitive))

@@ -77,9 +77,10 @@ struct Display : PixmapDisplay
         QImage image = ground(ratio);
         QPainter painter(&image);
         painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-        painter.translate(width() / 2, height() / 2);
+        const QPoint middle(width() / 2, height() / 2);
+        painter.translate(middle);
         painter.rotate(angle);
-        painter.translate(-(width() / 2), -(height() / 2));
+        painter.translate(-middle);
         QPainterPath corners;
         corners.addRoundedRect(rect(), corner, corner);
         painter.setClipPath(corners, corner > 0 ? Qt::ReplaceClip : Qt::NoClip);

@@ -116,7 +116,7 @@ void PanelModel::setUpFrom(const QByteArray &camera)
     set(tracking, body, true);
     compositionTitle = body && camera[2] == 0;
     compositionRow = compositionTitle && camera[4] != 0;
-    type = quint8(camera[2]) < 3 ? camera[2] : 0;
+    type = quint8(camera[2]) < 3 ? quint8(camera[2]) : 0;
     mode = camera[3] == 2 ? 2 : 1;
 }
 
@@ -129,7 +129,7 @@ void PanelModel::poll(const QByteArray &camera)
         body = on;
     }
     if (quint8(camera[2]) < 3)
-        type = camera[2];
+        type = quint8(camera[2]);
     compositionTitle = on && camera[2] == 0;
     compositionRow = compositionTitle && composed.on;
 }

@@ -12,7 +12,7 @@ QStringList RecordingHost::takeSent()
 void RecordingHost::installIn(OrvPluginApi &plugin)
 {
     plugin.commandChannel = [this](int request, const QVariant &record) {
-        const QVariant reply = answer(request, record);
+        QVariant reply = answer(request, record);
         if (meanwhile)
             meanwhile();
         return reply;
@@ -29,7 +29,7 @@ QVariant RecordingHost::answer(int request, const QVariant &record)
     }
     if (request == 3 && record.userType() == qMetaTypeId<CameraData>()) {
         const auto notice = record.value<CameraData>();
-        const bool sound = notice.object->objectName() == "rb_hand" && notice.flag &&
+        const bool sound = notice.object && notice.object->objectName() == "rb_hand" && notice.flag &&
                            notice.param1 == 3 && notice.param2 == 0 && notice.param3 == 2;
         traffic << (sound ? "notice" : "malformed notice");
         return {};

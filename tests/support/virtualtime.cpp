@@ -4,9 +4,9 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <ctime>
 #include <sys/syscall.h>
 #include <sys/time.h>
-#include <time.h>
 #include <unistd.h>
 
 namespace VirtualTime {
