@@ -1,0 +1,488 @@
+#include "errornames.h"
+#include "uvccamera.h"
+
+#include <QFile>
+#include <QMutex>
+#include <QSemaphore>
+#include <QTest>
+#include <QThread>
+#include <linux/capability.h>
+#include <linux/uvcvideo.h>
+#include <linux/videodev2.h>
+
+#include <cerrno>
+#include <cstring>
+#include <future>
+#include <map>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <umockdev.h>
+#include <unistd.h>
+
+enum Query { SetCur = 0x01, GetCur = 0x81, GetLen = 0x85, GetInfo = 0x86 };
+
+static QByteArray configuration(int value)
+{
+    return QByteArray("\x09\x02\0\0\1", 5) + char(value) + QByteArray("\0\x80\xfa", 3);
+}
+
+static QByteArray interface(int number, int classCode, int subclass)
+{
+    return QByteArray("\x09\x04", 2) + char(number) + QByteArray("\0\0", 2) + char(classCode) +
+           char(subclass) + QByteArray("\0\0", 2);
+}
+
+/// An extension unit with one input.
+static QByteArray unit(int number, const char *controls)
+{
+    return QByteArray("\x1b\x24\x06", 3) + char(number) +
+           QByteArray::fromHex("00112233445566778899aabbccddeeff") + QByteArray("\x10\1\2\2", 4) +
+           QByteArray::fromHex(controls) + '\0';
+}
+
+static const QByteArray head = configuration(1) + interface(0, 0x0e, 1);
+static const QByteArray oneUnit = head + unit(3, "0100") + unit(4, "c000");
+
+using Testbed = std::unique_ptr<UMockdevTestbed, decltype(&g_object_unref)>;
+
+/// A camera of umockdev's: a capture node, a metadata node, and the controls of unit 4.
+class MockCamera
+{
+public:
+    struct Control
+    {
+        int length = 60;
+        int info = 3;
+        QByteArray value = {};
+    };
+    struct Reply ///< 0: as a driver would
+    {
+        int result = 0;
+        int error = 0;
+        int delay = 0; ///< milliseconds
+    };
+
+    MockCamera(const Testbed &testbed, const QByteArray &serial,
+               const QByteArray &descriptors = oneUnit)
+        : m_testbed(testbed.get())
+        , m_serial(serial)
+        , m_descriptors(descriptors)
+    {
+        g_signal_connect(m_handler, "handle-ioctl", G_CALLBACK(handle), this);
+    }
+    ~MockCamera()
+    {
+        unplug();
+        g_object_unref(m_handler);
+    }
+    Q_DISABLE_COPY(MockCamera)
+
+    void plugIn(int number)
+    {
+        {
+            QMutexLocker locker(&m_mutex);
+            m_gone = false;
+            m_captureNode = "/dev/video" + QByteArray::number(number);
+        }
+        describe("P: /devices/1-2.3\nE: SUBSYSTEM=usb\nA: idVendor=12ab\nA: idProduct=00cd\n"
+                 "A: serial=" +
+                 m_serial + "\nH: descriptors=" + m_descriptors.toHex() + "\n");
+        describe("P: /devices/1-2.3/1-2.3:1.0\nE: SUBSYSTEM=usb\n");
+        for (const int node : {number, number + 1}) {
+            const QByteArray name = "video" + QByteArray::number(node);
+            describe("P: /devices/1-2.3/1-2.3:1.0/video4linux/" + name + "\nN: " + name +
+                     "\nE: DEVNAME=/dev/" + name +
+                     "\nE: SUBSYSTEM=video4linux\n"
+                     "L: device=../../../1-2.3:1.0\n");
+            m_nodes << "/dev/" + name;
+            umockdev_testbed_attach_ioctl(m_testbed, m_nodes.last(), m_handler, nullptr);
+        }
+    }
+
+    /// A transfer that is under way fails, too.
+    void unplug()
+    {
+        {
+            QMutexLocker locker(&m_mutex);
+            m_gone = true;
+        }
+        while (!m_devices.isEmpty())
+            umockdev_testbed_remove_device(m_testbed, "/sys" + m_devices.takeLast());
+        const std::unique_ptr<char, decltype(&g_free)> root(
+            umockdev_testbed_get_root_dir(m_testbed), g_free);
+        while (!m_nodes.isEmpty()) {
+            const QByteArray node = m_nodes.takeLast();
+            QFile::remove(root.get() + QString(node));
+            umockdev_testbed_detach_ioctl(m_testbed, node, nullptr);
+        }
+    }
+
+    void setControl(int selector, const Control &control)
+    {
+        QMutexLocker locker(&m_mutex);
+        m_controls[selector] = control;
+    }
+    void setReply(int query, int selector, const Reply &reply)
+    {
+        QMutexLocker locker(&m_mutex);
+        m_replies[{query, selector}] = reply;
+    }
+
+    /// Blocks until a transfer that has a delay has begun.
+    void awaitTransfer() { m_begun.acquire(); }
+
+    /// How often it was tried to set a control.
+    int writes() const
+    {
+        QMutexLocker locker(&m_mutex);
+        return m_writes;
+    }
+
+private:
+    void describe(const QByteArray &text)
+    {
+        if (!umockdev_testbed_add_from_string(m_testbed, text, nullptr))
+            qFatal("umockdev does not understand:\n%s", text.constData());
+        m_devices << text.mid(3, text.indexOf('\n') - 3);
+    }
+
+    static gboolean handle(UMockdevIoctlBase * /*handler*/, UMockdevIoctlClient *client, void *self)
+    {
+        const Reply reply = static_cast<MockCamera *>(self)->answer(client);
+        umockdev_ioctl_client_complete(client, reply.result, reply.error);
+        return TRUE;
+    }
+
+    Reply answer(UMockdevIoctlClient *client);
+    Reply transfer(const uvc_xu_control_query &query, guint8 *bytes);
+
+    UMockdevTestbed *const m_testbed;
+    UMockdevIoctlBase *const m_handler = umockdev_ioctl_base_new();
+    const QByteArray m_serial;
+    const QByteArray m_descriptors;
+    QVector<QByteArray> m_devices; ///< in sysfs, parents first
+    QVector<QByteArray> m_nodes;
+    QSemaphore m_begun;
+
+    mutable QMutex m_mutex; ///< of what follows: requests come in a thread of umockdev's
+    QByteArray m_captureNode;
+    bool m_gone = true;
+    std::map<int, Control> m_controls = {{7, {}}, {8, {60, 1, QByteArray(60, 's')}}};
+    std::map<std::pair<int, int>, Reply> m_replies; ///< by query and selector
+    int m_writes = 0;
+};
+
+MockCamera::Reply MockCamera::answer(UMockdevIoctlClient *client)
+{
+    const auto resolve = [](UMockdevIoctlData *data, size_t offset, size_t size) {
+        return std::unique_ptr<UMockdevIoctlData, decltype(&g_object_unref)>(
+            umockdev_ioctl_data_resolve(data, offset, size, nullptr), g_object_unref);
+    };
+    QMutexLocker locker(&m_mutex);
+    UMockdevIoctlData *const argument = umockdev_ioctl_client_get_arg(client);
+    const auto request = umockdev_ioctl_client_get_request(client);
+    const bool isCapture = m_captureNode == umockdev_ioctl_client_get_devnode(client);
+    if (request == VIDIOC_QUERYCAP) {
+        v4l2_capability capability = {};
+        std::strcpy(reinterpret_cast<char *>(capability.card), "A\033camera");
+        std::strcpy(reinterpret_cast<char *>(capability.driver), "uvcvideo");
+        std::strcpy(reinterpret_cast<char *>(capability.bus_info), "usb-0000:00:14.0-2.3");
+        capability.device_caps = isCapture ? V4L2_CAP_VIDEO_CAPTURE : V4L2_CAP_META_CAPTURE;
+        std::memcpy(resolve(argument, 0, sizeof capability)->data, &capability, sizeof capability);
+        return {};
+    }
+    if (request != UVCIOC_CTRL_QUERY || !isCapture)
+        return {-1, ENOTTY};
+    uvc_xu_control_query query;
+    const auto data = resolve(argument, 0, sizeof query);
+    std::memcpy(&query, data->data, sizeof query);
+    const auto bytes = resolve(data.get(), offsetof(uvc_xu_control_query, data), query.size);
+
+    const Reply reply = m_replies[{query.query, query.selector}];
+    if (reply.delay > 0) {
+        locker.unlock();
+        m_begun.release();
+        QThread::msleep(ulong(reply.delay));
+        locker.relock();
+    }
+    m_writes += query.query == SetCur;
+    if (m_gone)
+        return {-1, ENODEV};
+    return reply.result == 0 ? transfer(query, bytes->data) : reply;
+}
+
+/// Called with the mutex locked.
+MockCamera::Reply MockCamera::transfer(const uvc_xu_control_query &query, guint8 *bytes)
+{
+    const auto found = m_controls.find(query.selector);
+    if (query.unit != 4 || found == m_controls.end())
+        return {-1, ENOENT};
+    Control &control = found->second;
+    if (query.size != (query.query == GetLen ? 2 : query.query == GetInfo ? 1 : control.length))
+        return {-1, ENOBUFS};
+    if (query.query == SetCur) {
+        control.value = QByteArray(reinterpret_cast<char *>(bytes), query.size);
+        return {};
+    }
+    const QByteArray answer =
+        query.query == GetLen
+            ? QByteArray(1, char(control.length & 0xff)) + char(control.length >> 8)
+        : query.query == GetInfo ? QByteArray(1, char(control.info))
+                                 : control.value.leftJustified(control.length, 's');
+    std::copy(answer.cbegin(), answer.cend(), bytes);
+    return {};
+}
+
+/// Transfers in a thread of their own, as a host does them.
+static TransferResult read(UvcCamera &camera, int selector = 8)
+{
+    return std::async(std::launch::async, [&] { return camera.read(selector); }).get();
+}
+
+static int write(UvcCamera &camera, const QByteArray &bytes)
+{
+    return std::async(std::launch::async, [&] { return camera.write(7, bytes).error; }).get();
+}
+
+class TestUvcCamera : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void descriptors_data();
+    void descriptors();
+    void opening_data();
+    void opening();
+    void lengths_data();
+    void lengths();
+    void failures_data();
+    void failures();
+    void unplugging();
+    void forbidden();
+    void listing();
+
+private:
+    const Testbed m_testbed{umockdev_testbed_new(), g_object_unref};
+};
+
+void TestUvcCamera::descriptors_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("units");
+
+    QTest::newRow("several units")
+        << oneUnit + unit(5, "4000") + unit(255, "8000") << "3: 4:78 5:7 255:8";
+    QTest::newRow("one unit that another interface has")
+        << oneUnit + interface(1, 0x0e, 2) + unit(5, "c000") + interface(2, 0xff, 1) +
+               unit(6, "c000")
+        << "3: 4:78";
+    QTest::newRow("a length of 0") << head + unit(4, "c000") + '\0' + unit(5, "c000") << "4:78";
+    QTest::newRow("cut off") << oneUnit.chopped(1) << "3:";
+    QTest::newRow("more inputs than bytes") << head + unit(4, "c000").replace(21, 1, "\x9") << "";
+    QTest::newRow("more controls than bytes") << head + unit(4, "c000").replace(23, 1, "\5") << "";
+    QTest::newRow("a unit without a number") << head + unit(0, "c000") << "";
+}
+
+void TestUvcCamera::descriptors()
+{
+    QFETCH(QByteArray, bytes);
+    QStringList units;
+    for (const UnitDescriptor &found : extensionUnits(bytes)) {
+        QString text = QString::number(found.number) + ':';
+        for (const int selector : {7, 8})
+            text += found.has(selector) ? QString::number(selector) : QString();
+        units << text;
+    }
+    QTEST(units.join(' '), "units");
+}
+
+using Use = UvcCamera::Use;
+Q_DECLARE_METATYPE(UvcCamera::Use)
+Q_DECLARE_METATYPE(MockCamera::Control)
+
+void TestUvcCamera::opening_data()
+{
+    using Control = MockCamera::Control;
+    QTest::addColumn<QByteArray>("descriptors");
+    QTest::addColumn<QString>("node");
+    QTest::addColumn<int>("unit");
+    QTest::addColumn<UvcCamera::Use>("use");
+    QTest::addColumn<Control>("command");
+    QTest::addColumn<Control>("status");
+    QTest::addColumn<QString>("refusal");
+
+    const auto row = [](const char *name, const char *refusal, const QByteArray &bytes = oneUnit,
+                        int number = 0, const char *node = "/dev/video0", Control command = {},
+                        Control status = {}, Use use = Use::ReadAndWrite) {
+        QTest::newRow(name) << bytes << node << number << use << command << status << refusal;
+    };
+    row("the only unit", "");
+    row("the unit that is named", "", head + unit(4, "c000") + unit(5, "c000"), 4);
+    row("several units", "controls 7 and 8: 4, 5. Choose one with --unit.",
+        head + unit(4, "c000") + unit(5, "c000"));
+    row("no unit", "its units: none. Choose one with --unit.", head);
+    row("units without the controls", "its units: 4, 5. Choose",
+        head + unit(4, "4000") + unit(5, "8000"));
+    row("a unit that is missing", "ENOENT", oneUnit, 9);
+    row("the metadata node", "/dev/video1 is no capture node", oneUnit, 0, "/dev/video1");
+    row("a node that is missing", "Opening /dev/video9 failed: ENOENT", oneUnit, 0, "/dev/video9");
+    row("no video node", "Opening /dev/null failed: ENOTTY", oneUnit, 0, "/dev/null");
+    row("commands of 32 bytes", "Control 7 of unit 4 cannot be set: it has 32 bytes, not 60.",
+        oneUnit, 0, "/dev/video0", {32});
+    row("commands that cannot be set", "Control 7 of unit 4 cannot be set: the camera", oneUnit, 0,
+        "/dev/video0", {60, 1});
+    row("only read from", "", oneUnit, 0, "/dev/video0", {32, 1}, {}, Use::ReadOnly);
+    row("no status", "Control 8 of unit 4 cannot be read: it has 0 bytes.", oneUnit, 0,
+        "/dev/video0", {}, {0});
+    row("status that cannot be read", "Control 8 of unit 4 cannot be read: the camera", oneUnit, 0,
+        "/dev/video0", {}, {60, 2});
+}
+
+void TestUvcCamera::opening()
+{
+    QFETCH(QByteArray, descriptors);
+    QFETCH(QString, node);
+    QFETCH(int, unit);
+    QFETCH(UvcCamera::Use, use);
+    QFETCH(MockCamera::Control, command);
+    QFETCH(MockCamera::Control, status);
+    QFETCH(QString, refusal);
+
+    MockCamera mock(m_testbed, "A1", descriptors);
+    mock.setControl(7, command);
+    mock.setControl(8, status);
+    mock.plugIn(0);
+    QString said;
+    const auto camera = UvcCamera::open(node, unit, use, &said);
+    QVERIFY2(said.contains(refusal), qPrintable(said));
+    QCOMPARE(camera != nullptr, refusal.isEmpty());
+    QCOMPARE(said.isEmpty(), refusal.isEmpty());
+    QCOMPARE(mock.writes(), 0);
+}
+
+void TestUvcCamera::lengths_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::addColumn<int>("read");
+    QTest::newRow("short") << 5 << 5;
+    QTest::newRow("as commands") << 60 << 60;
+    QTest::newRow("longer than a record") << 300 << 255;
+}
+
+void TestUvcCamera::lengths()
+{
+    QFETCH(int, length);
+    QFETCH(int, read);
+    MockCamera mock(m_testbed, "A1");
+    mock.setControl(8, {length, 1, "status"});
+    mock.plugIn(0);
+    QString refusal;
+    const auto camera = UvcCamera::open("/dev/video0", 0, Use::ReadAndWrite, &refusal);
+    QVERIFY2(camera, qPrintable(refusal));
+    QCOMPARE(::read(*camera).bytes, QByteArray("status").leftJustified(length, 's').left(read));
+    QCOMPARE(write(*camera, QByteArray(60, 'c')), 0);
+    QCOMPARE(::read(*camera, 7).bytes, QByteArray(60, 'c'));
+    QCOMPARE(write(*camera, QByteArray(59, 'd')), ENOBUFS);
+    QCOMPARE(::read(*camera, 256 + 8).error, ENOENT);
+    QCOMPARE(::read(*camera, 7).bytes, QByteArray(60, 'c'));
+}
+
+void TestUvcCamera::failures_data()
+{
+    QTest::addColumn<int>("result");
+    QTest::addColumn<int>("error");
+    for (const int error :
+         {EBUSY, ENOENT, ENODEV, ENOBUFS, EPIPE, EPROTO, EIO, ETIMEDOUT, EINVAL, EBADRQC})
+        QTest::newRow(qPrintable(errorName(error))) << -1 << error;
+    QTest::newRow("a short reply") << 12 << EIO;
+}
+
+void TestUvcCamera::failures()
+{
+    QFETCH(int, result);
+    QFETCH(int, error);
+    MockCamera mock(m_testbed, "A1");
+    mock.plugIn(0);
+    QString refusal;
+    const auto camera = UvcCamera::open("/dev/video0", 0, Use::ReadAndWrite, &refusal);
+    QVERIFY2(camera, qPrintable(refusal));
+
+    mock.setReply(SetCur, 7, {result, error});
+    QCOMPARE(write(*camera, QByteArray(60, 'c')), error);
+    QCOMPARE(::read(*camera).error, 0);
+    QCOMPARE(mock.writes(), 1);
+    mock.setReply(GetCur, 8, {result, error, 50});
+    const TransferResult failed = ::read(*camera);
+    QCOMPARE(failed.error, error);
+    QCOMPARE(failed.bytes, QByteArray());
+    mock.setReply(GetCur, 8, {0, 0, 50});
+    QCOMPARE(::read(*camera).bytes, QByteArray(60, 's'));
+    QCOMPARE(mock.writes(), 1);
+    QVERIFY(transferError("X", error).startsWith("X failed: E"));
+}
+
+void TestUvcCamera::unplugging()
+{
+    MockCamera mock(m_testbed, "A1");
+    MockCamera other(m_testbed, "A2");
+    mock.plugIn(0);
+    QString refusal;
+    const auto camera = UvcCamera::open("/dev/video0", 0, Use::ReadAndWrite, &refusal);
+    QVERIFY2(camera, qPrintable(refusal));
+
+    mock.setReply(SetCur, 7, {0, 0, 300});
+    auto writing =
+        std::async(std::launch::async, [&] { return write(*camera, QByteArray(60, 'c')); });
+    mock.awaitTransfer();
+    mock.unplug();
+    QCOMPARE(writing.get(), ENODEV);
+    QCOMPARE(::read(*camera).error, ENODEV);
+
+    other.plugIn(0);
+    QCOMPARE(::read(*camera).error, ENODEV);
+    QCOMPARE(write(*camera, QByteArray(60, 'c')), ENODEV);
+    other.unplug();
+
+    // Back, but not yet of use.
+    mock.setReply(GetInfo, 7, {-1, EPIPE});
+    mock.plugIn(4);
+    QCOMPARE(::read(*camera).error, EPIPE);
+    QCOMPARE(write(*camera, QByteArray(60, 'c')), ENODEV);
+    mock.setReply(GetInfo, 7, {});
+    QCOMPARE(::read(*camera).bytes, QByteArray(60, 's'));
+    QCOMPARE(mock.writes(), 1);
+    mock.setReply(SetCur, 7, {});
+    QCOMPARE(write(*camera, QByteArray(60, 'c')), 0);
+    QCOMPARE(other.writes(), 0);
+}
+
+void TestUvcCamera::forbidden()
+{
+    MockCamera mock(m_testbed, "A1");
+    mock.plugIn(0);
+    QCOMPARE(::chmod("/dev/video0", 0), 0);
+    QString refusal;
+    std::async(std::launch::async, [&refusal] {
+        // This thread alone gives up what root may.
+        __user_cap_header_struct header = {_LINUX_CAPABILITY_VERSION_3, 0};
+        __user_cap_data_struct none[2] = {};
+        ::syscall(SYS_capset, &header, none);
+        UvcCamera::open("/dev/video0", 0, Use::ReadAndWrite, &refusal);
+    }).get();
+    QVERIFY2(refusal.startsWith("Opening /dev/video0 failed: EACCES"), qPrintable(refusal));
+    QVERIFY2(refusal.contains("group \"video\""), qPrintable(refusal));
+}
+
+void TestUvcCamera::listing()
+{
+    QCOMPARE(listCameras(), QString("No camera was found.\n"));
+    MockCamera mock(m_testbed, "A1");
+    mock.plugIn(0);
+    QCOMPARE(listCameras(),
+             QString("/dev/video0: A?camera, driver uvcvideo, bus usb-0000:00:14.0-2.3\n"
+                     "    unit 3 {33221100-5544-7766-8899-aabbccddeeff}, neither control 7 nor 8\n"
+                     "    unit 4 {33221100-5544-7766-8899-aabbccddeeff}, controls 7 and 8\n"));
+}
+
+QTEST_GUILESS_MAIN(TestUvcCamera)
+#include "tst_uvccamera.moc"
