@@ -91,7 +91,7 @@ public:
         for (const int node : {number, number + 1}) {
             const QByteArray name = "video" + QByteArray::number(node);
             describe("P: /devices/1-2.3/1-2.3:1.0/video4linux/" + name + "\nN: " + name +
-                     "\nE: DEVNAME=/dev/" + name +
+                     "=00\nE: DEVNAME=/dev/" + name +
                      "\nE: SUBSYSTEM=video4linux\n"
                      "L: device=../../../1-2.3:1.0\n");
             m_nodes << "/dev/" + name;
@@ -228,7 +228,7 @@ MockCamera::Reply MockCamera::transfer(const uvc_xu_control_query &query, guint8
         query.query == GetLen
             ? QByteArray(1, char(control.length & 0xff)) + char(control.length >> 8)
         : query.query == GetInfo ? QByteArray(1, char(control.info))
-                                 : control.value.leftJustified(control.length, 's');
+                                 : control.value.leftJustified(control.length, 's', true);
     std::copy(answer.cbegin(), answer.cend(), bytes);
     return {};
 }
