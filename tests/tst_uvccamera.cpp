@@ -2,7 +2,6 @@
 #include "uvccamera.h"
 
 #include <QFile>
-#include <QMutex>
 #include <QSemaphore>
 #include <QTest>
 #include <QThread>
@@ -14,6 +13,7 @@
 #include <cstring>
 #include <future>
 #include <map>
+#include <mutex>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <umockdev.h>
@@ -46,6 +46,7 @@ static const QByteArray oneUnit = head + unit(3, "0100") + unit(4, "c000");
 using Testbed = std::unique_ptr<UMockdevTestbed, decltype(&g_object_unref)>;
 
 /// A camera of umockdev's: a capture node, a metadata node, and the controls of unit 4.
+/// Its mutex is one that the thread sanitizer sees.
 class MockCamera
 {
 public:
@@ -80,7 +81,7 @@ public:
     void plugIn(int number)
     {
         {
-            QMutexLocker locker(&m_mutex);
+            std::unique_lock<std::mutex> locker(m_mutex);
             m_gone = false;
             m_captureNode = "/dev/video" + QByteArray::number(number);
         }
@@ -103,7 +104,7 @@ public:
     void unplug()
     {
         {
-            QMutexLocker locker(&m_mutex);
+            std::unique_lock<std::mutex> locker(m_mutex);
             m_gone = true;
         }
         while (!m_devices.isEmpty())
@@ -119,12 +120,12 @@ public:
 
     void setControl(int selector, const Control &control)
     {
-        QMutexLocker locker(&m_mutex);
+        std::unique_lock<std::mutex> locker(m_mutex);
         m_controls[selector] = control;
     }
     void setReply(int query, int selector, const Reply &reply)
     {
-        QMutexLocker locker(&m_mutex);
+        std::unique_lock<std::mutex> locker(m_mutex);
         m_replies[{query, selector}] = reply;
     }
 
@@ -134,7 +135,7 @@ public:
     /// How often it was tried to set a control.
     int writes() const
     {
-        QMutexLocker locker(&m_mutex);
+        std::unique_lock<std::mutex> locker(m_mutex);
         return m_writes;
     }
 
@@ -164,7 +165,7 @@ private:
     QVector<QByteArray> m_nodes;
     QSemaphore m_begun;
 
-    mutable QMutex m_mutex; ///< of what follows: requests come in a thread of umockdev's
+    mutable std::mutex m_mutex; ///< of what follows: requests come in a thread of umockdev's
     QByteArray m_captureNode;
     bool m_gone = true;
     std::map<int, Control> m_controls = {{7, {}}, {8, {60, 1, QByteArray(60, 's')}}};
@@ -178,7 +179,7 @@ MockCamera::Reply MockCamera::answer(UMockdevIoctlClient *client)
         return std::unique_ptr<UMockdevIoctlData, decltype(&g_object_unref)>(
             umockdev_ioctl_data_resolve(data, offset, size, nullptr), g_object_unref);
     };
-    QMutexLocker locker(&m_mutex);
+    std::unique_lock<std::mutex> locker(m_mutex);
     UMockdevIoctlData *const argument = umockdev_ioctl_client_get_arg(client);
     const auto request = umockdev_ioctl_client_get_request(client);
     const bool isCapture = m_captureNode == umockdev_ioctl_client_get_devnode(client);
@@ -203,7 +204,7 @@ MockCamera::Reply MockCamera::answer(UMockdevIoctlClient *client)
         locker.unlock();
         m_begun.release();
         QThread::msleep(ulong(reply.delay));
-        locker.relock();
+        locker.lock();
     }
     m_writes += query.query == SetCur;
     if (m_gone)
