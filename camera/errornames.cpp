@@ -17,7 +17,8 @@ struct Error
 constexpr Error errors[] = {
     {EACCES, "EACCES", "this user may not use the camera",
      "Add the user to the group \"video\" and log in again."},
-    {EPERM, "EPERM", "the system forbids it", "Give this program, or its container, the camera."},
+    {EPERM, "EPERM", "it is not permitted",
+     "Start without --read-only; a container must be given the camera."},
     {ENOENT, "ENOENT", "there is no such node, unit or control",
      "--list-cameras shows the cameras and their units."},
     {ENODEV, "ENODEV", "the camera was unplugged", "Plug it in again where it was."},

@@ -143,7 +143,7 @@ TransferResult UvcCamera::read(int selector)
             return {{}, error};
     }
     if (!m_lengths.contains(selector)) {
-        const TransferResult length = query(UVC_GET_LEN, selector, QByteArray(2, '\0'));
+        TransferResult length = query(UVC_GET_LEN, selector, QByteArray(2, '\0'));
         if (length.error)
             return length;
         m_lengths[selector] = qFromLittleEndian<quint16>(length.bytes.constData());
@@ -155,6 +155,8 @@ TransferResult UvcCamera::read(int selector)
 
 TransferResult UvcCamera::write(int selector, const QByteArray &bytes)
 {
+    if (m_use == Use::ReadOnly)
+        return {{}, EPERM};
     return {{}, query(UVC_SET_CUR, selector, bytes).error};
 }
 

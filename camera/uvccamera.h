@@ -22,8 +22,8 @@ public:
 
     /// Opens the camera at `node`, without writing anything to it. `unit` is the number of its
     /// extension unit; 0: the only one that has both controls. A camera that is only read from may
-    /// have a command control that cannot be used. If the camera cannot be used, null is returned
-    /// and `refusal` says why. May block for some seconds.
+    /// have a command control that cannot be used; write() returns EPERM. If the camera cannot be
+    /// used, null is returned and `refusal` says why. May block for some seconds.
     static std::unique_ptr<UvcCamera> open(const QString &node, int unit, Use use,
                                            QString *refusal);
     ~UvcCamera() override;

@@ -354,6 +354,8 @@ void TestUvcCamera::opening()
     QVERIFY2(refusal.contains(opening.refusal), qPrintable(refusal));
     QCOMPARE(refusal.isEmpty(), *opening.refusal == '\0');
     QCOMPARE(camera != nullptr, refusal.isEmpty());
+    if (opening.use == UvcCamera::Use::ReadOnly)
+        QCOMPARE(write(*camera, QByteArray(32, 'c')), EPERM);
     QCOMPARE(mock.writes(), 0);
 }
 
