@@ -1,25 +1,15 @@
 #include "errornames.h"
+#include "mockcamera.h"
 #include "uvccamera.h"
 
-#include <QFile>
-#include <QSemaphore>
 #include <QTest>
-#include <QThread>
 #include <linux/capability.h>
-#include <linux/uvcvideo.h>
-#include <linux/videodev2.h>
 
 #include <cerrno>
-#include <cstring>
 #include <future>
-#include <map>
-#include <mutex>
 #include <sys/stat.h>
 #include <sys/syscall.h>
-#include <umockdev.h>
 #include <unistd.h>
-
-enum Query { SetCur = 0x01, GetCur = 0x81, GetLen = 0x85, GetInfo = 0x86 };
 
 static QByteArray configuration(int value)
 {
@@ -42,199 +32,6 @@ static QByteArray unit(int number, const char *controls)
 
 static const QByteArray head = configuration(1) + interface(0, 0x0e, 1);
 static const QByteArray oneUnit = head + unit(3, "0100") + unit(4, "c000");
-
-/// Of what the threads of umockdev's share with the tests. Of the kind that the thread sanitizer
-/// knows, and made before all threads.
-static std::mutex mutex;
-
-using Testbed = std::unique_ptr<UMockdevTestbed, decltype(&g_object_unref)>;
-
-/// A camera of umockdev's: a capture node, a metadata node, and the controls of unit 4.
-class MockCamera
-{
-public:
-    struct Control
-    {
-        int length = 60;
-        int info = 3;
-        QByteArray value = {};
-    };
-    struct Reply ///< 0: as a driver would
-    {
-        int result = 0;
-        int error = 0;
-        int delay = 0; ///< milliseconds
-    };
-
-    MockCamera(const Testbed &testbed, const QByteArray &serial,
-               const QByteArray &descriptors = oneUnit)
-        : m_testbed(testbed.get())
-        , m_serial(serial)
-        , m_descriptors(descriptors)
-    {
-        g_signal_connect(m_handler, "handle-ioctl", G_CALLBACK(handle), this);
-    }
-    ~MockCamera()
-    {
-        unplug();
-        g_object_unref(m_handler);
-    }
-    Q_DISABLE_COPY(MockCamera)
-
-    void plugIn(int number)
-    {
-        {
-            const std::lock_guard locker(mutex);
-            m_gone = false;
-            m_captureNode = "/dev/video" + QByteArray::number(number);
-        }
-        describe("P: /devices/1-2.3\nE: SUBSYSTEM=usb\nA: idVendor=12ab\nA: idProduct=00cd\n"
-                 "A: serial=" +
-                 m_serial + "\nH: descriptors=" + m_descriptors.toHex() + "\n");
-        describe("P: /devices/1-2.3/1-2.3:1.0\nE: SUBSYSTEM=usb\n");
-        for (const int node : {number, number + 1}) {
-            const QByteArray name = "video" + QByteArray::number(node);
-            describe("P: /devices/1-2.3/1-2.3:1.0/video4linux/" + name + "\nN: " + name +
-                     "=00\nE: DEVNAME=/dev/" + name +
-                     "\nE: SUBSYSTEM=video4linux\n"
-                     "L: device=../../../1-2.3:1.0\n");
-            m_nodes << "/dev/" + name;
-            umockdev_testbed_attach_ioctl(m_testbed, m_nodes.last(), m_handler, nullptr);
-        }
-    }
-
-    /// A transfer that is under way fails, too.
-    void unplug()
-    {
-        {
-            const std::lock_guard locker(mutex);
-            m_gone = true;
-        }
-        while (!m_devices.isEmpty())
-            umockdev_testbed_remove_device(m_testbed, "/sys" + m_devices.takeLast());
-        const std::unique_ptr<char, decltype(&g_free)> root(
-            umockdev_testbed_get_root_dir(m_testbed), g_free);
-        while (!m_nodes.isEmpty()) {
-            const QByteArray node = m_nodes.takeLast();
-            QFile::remove(root.get() + QString(node));
-            umockdev_testbed_detach_ioctl(m_testbed, node, nullptr);
-        }
-    }
-
-    void setControl(int selector, const Control &control)
-    {
-        const std::lock_guard locker(mutex);
-        m_controls[selector] = control;
-    }
-    void setReply(int query, int selector, const Reply &reply)
-    {
-        const std::lock_guard locker(mutex);
-        m_replies[{query, selector}] = reply;
-    }
-
-    /// Blocks until a transfer that has a delay has begun.
-    void awaitTransfer() { m_begun.acquire(); }
-
-    /// How often it was tried to set a control.
-    int writes() const
-    {
-        const std::lock_guard locker(mutex);
-        return m_writes;
-    }
-
-private:
-    void describe(const QByteArray &text)
-    {
-        if (!umockdev_testbed_add_from_string(m_testbed, text, nullptr))
-            qFatal("umockdev does not understand:\n%s", text.constData());
-        m_devices << text.mid(3, text.indexOf('\n') - 3);
-    }
-
-    static gboolean handle(UMockdevIoctlBase * /*handler*/, UMockdevIoctlClient *client, void *self)
-    {
-        const Reply reply = static_cast<MockCamera *>(self)->answer(client);
-        umockdev_ioctl_client_complete(client, reply.result, reply.error);
-        return TRUE;
-    }
-
-    Reply answer(UMockdevIoctlClient *client);
-    Reply transfer(const uvc_xu_control_query &query, guint8 *bytes);
-
-    UMockdevTestbed *const m_testbed;
-    UMockdevIoctlBase *const m_handler = umockdev_ioctl_base_new();
-    const QByteArray m_serial;
-    const QByteArray m_descriptors;
-    QVector<QByteArray> m_devices; ///< in sysfs, parents first
-    QVector<QByteArray> m_nodes;
-    QSemaphore m_begun;
-
-    QByteArray m_captureNode;
-    bool m_gone = true;
-    std::map<int, Control> m_controls = {{7, {}}, {8, {60, 1, QByteArray(60, 's')}}};
-    std::map<std::pair<int, int>, Reply> m_replies; ///< by query and selector
-    int m_writes = 0;
-};
-
-MockCamera::Reply MockCamera::answer(UMockdevIoctlClient *client)
-{
-    const auto resolve = [](UMockdevIoctlData *data, size_t offset, size_t size) {
-        return std::unique_ptr<UMockdevIoctlData, decltype(&g_object_unref)>(
-            umockdev_ioctl_data_resolve(data, offset, size, nullptr), g_object_unref);
-    };
-    std::unique_lock locker(mutex);
-    UMockdevIoctlData *const argument = umockdev_ioctl_client_get_arg(client);
-    const auto request = umockdev_ioctl_client_get_request(client);
-    const bool isCapture = m_captureNode == umockdev_ioctl_client_get_devnode(client);
-    if (request == VIDIOC_QUERYCAP) {
-        v4l2_capability capability = {};
-        std::strcpy(reinterpret_cast<char *>(capability.card), "A\033camera");
-        std::strcpy(reinterpret_cast<char *>(capability.driver), "uvcvideo");
-        std::strcpy(reinterpret_cast<char *>(capability.bus_info), "usb-0000:00:14.0-2.3");
-        capability.device_caps = isCapture ? V4L2_CAP_VIDEO_CAPTURE : V4L2_CAP_META_CAPTURE;
-        std::memcpy(resolve(argument, 0, sizeof capability)->data, &capability, sizeof capability);
-        return {};
-    }
-    if (request != UVCIOC_CTRL_QUERY || !isCapture)
-        return {-1, ENOTTY};
-    uvc_xu_control_query query;
-    const auto data = resolve(argument, 0, sizeof query);
-    std::memcpy(&query, data->data, sizeof query);
-    const auto bytes = resolve(data.get(), offsetof(uvc_xu_control_query, data), query.size);
-
-    const Reply reply = m_replies[{query.query, query.selector}];
-    if (reply.delay > 0) {
-        locker.unlock();
-        m_begun.release();
-        QThread::msleep(ulong(reply.delay));
-        locker.lock();
-    }
-    m_writes += query.query == SetCur;
-    if (m_gone)
-        return {-1, ENODEV};
-    return reply.result == 0 ? transfer(query, bytes->data) : reply;
-}
-
-/// Called with the mutex locked.
-MockCamera::Reply MockCamera::transfer(const uvc_xu_control_query &query, guint8 *bytes)
-{
-    const auto found = m_controls.find(query.selector);
-    if (query.unit != 4 || found == m_controls.end())
-        return {-1, ENOENT};
-    Control &control = found->second;
-    if (query.size != (query.query == GetLen ? 2 : query.query == GetInfo ? 1 : control.length))
-        return {-1, ENOBUFS};
-    if (query.query == SetCur) {
-        control.value = QByteArray(reinterpret_cast<char *>(bytes), query.size);
-        return {};
-    }
-    const QByteArray answer =
-        query.query == GetLen
-            ? QByteArray(1, char(control.length & 0xff)) + char(control.length >> 8)
-        : query.query == GetInfo ? QByteArray(1, char(control.info))
-                                 : control.value.leftJustified(control.length, 's', true);
-    std::copy(answer.cbegin(), answer.cend(), bytes);
-    return {};
-}
 
 static std::unique_ptr<UvcCamera> open()
 {
@@ -372,7 +169,7 @@ void TestUvcCamera::lengths()
 {
     QFETCH(int, length);
     QFETCH(int, read);
-    MockCamera mock(m_testbed, "A1");
+    MockCamera mock(m_testbed, "A1", oneUnit);
     mock.setControl(8, {length, 1, "status"});
     mock.plugIn(0);
     const auto camera = open();
@@ -399,7 +196,7 @@ void TestUvcCamera::failures()
 {
     QFETCH(int, result);
     QFETCH(int, error);
-    MockCamera mock(m_testbed, "A1");
+    MockCamera mock(m_testbed, "A1", oneUnit);
     mock.plugIn(0);
     const auto camera = open();
     QVERIFY(camera);
@@ -420,8 +217,8 @@ void TestUvcCamera::failures()
 
 void TestUvcCamera::unplugging()
 {
-    MockCamera mock(m_testbed, "A1");
-    MockCamera other(m_testbed, "A2");
+    MockCamera mock(m_testbed, "A1", oneUnit);
+    MockCamera other(m_testbed, "A2", oneUnit);
     mock.plugIn(0);
     const auto camera = open();
     QVERIFY(camera);
@@ -454,7 +251,7 @@ void TestUvcCamera::unplugging()
 
 void TestUvcCamera::forbidden()
 {
-    MockCamera mock(m_testbed, "A1");
+    MockCamera mock(m_testbed, "A1", oneUnit);
     mock.plugIn(0);
     QCOMPARE(::chmod("/dev/video0", 0), 0);
     QString refusal;
@@ -472,7 +269,7 @@ void TestUvcCamera::forbidden()
 void TestUvcCamera::listing()
 {
     QCOMPARE(listCameras(), QString("No camera was found.\n"));
-    MockCamera mock(m_testbed, "A1");
+    MockCamera mock(m_testbed, "A1", oneUnit);
     mock.plugIn(0);
     QCOMPARE(listCameras(),
              QString("/dev/video0: A?camera, driver uvcvideo, bus usb-0000:00:14.0-2.3\n"
