@@ -44,13 +44,13 @@ QString describe(const CameraCondition &condition)
         return QStringLiteral("The camera is disconnected. What you choose now is not sent later.");
     if (condition.read != 0) {
         return QStringLiteral("The camera is failing. ") +
-               transferError(QStringLiteral("Reading its status"), condition.read);
+               transferError(QStringLiteral("Reading control 8"), condition.read);
     }
     const QString connected = QStringLiteral("The camera is connected.");
     return condition.write == 0
                ? connected
                : connected + QLatin1Char(' ') +
-                     transferError(QStringLiteral("The last command"), condition.write);
+                     transferError(QStringLiteral("Setting control 7"), condition.write);
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include "simulatedcamera.h"
 #include "tour.h"
 #include "transferqueue.h"
+#include "v4l2nodes.h"
 
 #include <QApplication>
 #include <QFile>

@@ -10,6 +10,3 @@ struct Options;
 /// The camera that the command line asks for. Null if it cannot be used: `error` is then a sentence
 /// for the user.
 std::unique_ptr<Camera> openCamera(const Options &options, QString *error);
-
-/// What --list-cameras prints.
-QString listCameras();

@@ -116,7 +116,7 @@ Options Options::read(const QStringList &arguments)
     }
 
     const auto file = [&](const char *name, const char *wanted = "the name of a file") {
-        const QString value = parser.value(latin1(name));
+        QString value = parser.value(latin1(name));
         if (isSet(name) && value.isEmpty())
             reject(name, wanted);
         return value;

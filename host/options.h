@@ -13,7 +13,7 @@ struct Options
     QString plugin;   ///< file of the plug-in; empty: the one beside the program
     int language = 1; ///< the setting "language": 1 English, 0 Chinese
     QString camera;   ///< node of a real camera; empty: the simulated one
-    int unit = -1;    ///< number of the camera's extension unit; -1: to be found
+    int unit = 0;     ///< number of the camera's extension unit; 0: to be found
     bool readOnly = false;
     bool listCameras = false;
     TrackingProtocol::Status status = TrackingProtocol::factoryStatus; ///< of the simulated camera
