@@ -55,7 +55,8 @@ public:
 
     void press(const char *names)
     {
-        for (const QString &name : QString(names).split(' ')) {
+        const QStringList controls = QString(names).split(' ');
+        for (const QString &name : controls) {
             if (!hosted->press(name))
                 notes << "no " + name;
         }
@@ -200,7 +201,7 @@ const struct Row
      [](Stage &stage) {
          stage.begin();
          stage.press("rb_hand");
-         QTimer::singleShot(0, [&stage] { stage.hosted.reset(); });
+         QTimer::singleShot(0, qApp, [&stage] { stage.hosted.reset(); });
      },
      "", nullptr},
     {"the channel's end of a click opens a dialog, and the camera falls silent",
@@ -325,7 +326,8 @@ void TestFaults::faults()
     Stage stage;
     row.play(stage);
     advance(150ms);
-    for (const QWidget *window : QApplication::topLevelWidgets())
+    const auto windows = QApplication::topLevelWidgets();
+    for (const QWidget *window : windows)
         QVERIFY(window->updatesEnabled());
     if (stage.hosted && stage.hosted->panel) {
         QCOMPARE(stage.hosted->shown(), QString(row.shown));

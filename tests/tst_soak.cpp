@@ -58,7 +58,8 @@ std::tuple<int, int, int> inventory(HostedPanel &hosted)
     auto *const dispatcher = QAbstractEventDispatcher::instance();
     QObjectList objects{&hosted.window, qApp, dispatcher,
                         &PanelInternals::pollTimer(*hosted.panel)};
-    for (const QObject *root : QObjectList(objects))
+    const QObjectList roots = objects;
+    for (const QObject *root : roots)
         objects << root->findChildren<QObject *>();
     int timers = 0;
     int connected = 0;

@@ -46,7 +46,8 @@ QString HostedPanel::shown()
 {
     QStringList words{ui().sw_title->GetStatus() ? "on" : "off",
                       ui().sw_picture_mode->GetStatus() ? "composed" : "plain"};
-    for (const auto *button : panel->findChildren<QAbstractButton *>()) {
+    const auto buttons = panel->findChildren<QAbstractButton *>();
+    for (const auto *button : buttons) {
         if (button->isChecked())
             words << button->objectName().section('_', 1, 1);
     }

@@ -118,7 +118,8 @@ bool PanelPlayer::isSliding(const PanelModel::Switch &which)
 
 void PanelPlayer::endSlides()
 {
-    for (PanelModel::Switch *const which : QVector<PanelModel::Switch *>(model.slides)) {
+    const auto slides = model.slides;
+    for (PanelModel::Switch *const which : slides) {
         const bool sliding = isSliding(*which);
         const auto time = now - which->since;
         if (sliding ? time > 150ms : time < 80ms)
@@ -135,7 +136,7 @@ void PanelPlayer::meanwhile()
     if (word == "read")
         read();
     else if (obeys && word.contains('='))
-        hosted.host.status[commands.indexOf(word.left(2)) + 1] = char(word.mid(3).toInt());
+        hosted.host.status[commands.indexOf(word.left(2)) + 1] = char(word.midRef(3).toInt());
 }
 
 void PanelPlayer::read()

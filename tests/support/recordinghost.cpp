@@ -29,8 +29,9 @@ QVariant RecordingHost::answer(int request, const QVariant &record)
     }
     if (request == 3 && record.userType() == qMetaTypeId<CameraData>()) {
         const auto notice = record.value<CameraData>();
-        const bool sound = notice.object && notice.object->objectName() == "rb_hand" && notice.flag &&
-                           notice.param1 == 3 && notice.param2 == 0 && notice.param3 == 2;
+        const bool sound = notice.object && notice.object->objectName() == "rb_hand" &&
+                           notice.flag && notice.param1 == 3 && notice.param2 == 0 &&
+                           notice.param3 == 2;
         traffic << (sound ? "notice" : "malformed notice");
         return {};
     }
