@@ -127,7 +127,8 @@ UvcCamera::Refusal UvcCamera::ask(int selector, const QString &purpose, int capa
 int UvcCamera::attachAgain()
 {
     int error = ENODEV;
-    for (const VideoNode &node : videoNodes()) {
+    const auto nodes = videoNodes();
+    for (const VideoNode &node : nodes) {
         if (node.usb.interface.isEmpty() || !(node.usb == m_usb))
             continue;
         const int refusal = attach(node.path).error;

@@ -49,7 +49,8 @@ VideoNode videoNode(const QString &path)
     node.usb = {interface, text("idVendor"), text("idProduct"), text("serial")};
     // The driver serves a node the units of its own interface alone.
     const QString place = interface.section(QLatin1Char(':'), 1);
-    for (const UnitDescriptor &unit : extensionUnits(attribute("descriptors"))) {
+    const auto units = extensionUnits(attribute("descriptors"));
+    for (const UnitDescriptor &unit : units) {
         if (place == QStringLiteral("%1.%2").arg(unit.configuration).arg(unit.interface))
             node.units << unit;
     }
@@ -61,7 +62,8 @@ QVector<VideoNode> videoNodes()
     const QString prefix = QStringLiteral("video");
     QVector<int> numbers;
     const QDir nodes(QStringLiteral("/sys/class/video4linux"));
-    for (const QString &name : nodes.entryList({prefix + QLatin1Char('*')}, QDir::Dirs))
+    const auto names = nodes.entryList({prefix + QLatin1Char('*')}, QDir::Dirs);
+    for (const QString &name : names)
         numbers << name.midRef(prefix.size()).toInt();
     std::sort(numbers.begin(), numbers.end());
     QVector<VideoNode> found;
@@ -100,7 +102,8 @@ static QString printable(const __u8 (&bytes)[size])
 QString listCameras()
 {
     QString text;
-    for (const VideoNode &node : videoNodes()) {
+    const auto nodes = videoNodes();
+    for (const VideoNode &node : nodes) {
         v4l2_capability capability = {};
         const int descriptor = openVideoNode(node.path, &capability);
         if (descriptor < 0) {

@@ -93,7 +93,8 @@ void TestUvcCamera::descriptors()
 {
     QFETCH(QByteArray, bytes);
     QStringList units;
-    for (const UnitDescriptor &found : extensionUnits(bytes)) {
+    const auto parsed = extensionUnits(bytes);
+    for (const UnitDescriptor &found : parsed) {
         QString text = QString::number(found.number) + ':';
         for (const int selector : {7, 8})
             text += found.has(selector) ? QString::number(selector) : QString();
