@@ -10,8 +10,8 @@ struct Choice
     bool resetTarget = true; ///< whether a reset chooses it when it is the factory value
 };
 
-// What each button of a group means. The first type and the first mode are on at the start, and
-// what set-up takes a value for that no button stands for.
+// What each button of a group means. The first type and the first mode are checked in the form;
+// set-up takes a value that no button stands for as that first one.
 
 constexpr Choice typeChoices[] = {
     {&Ui_root::rb_normal, 0},

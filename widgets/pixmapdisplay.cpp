@@ -208,10 +208,11 @@ void PixmapDisplay::paintPicture(QPainter &painter, const QPixmap &picture)
         painter.setClipPath(corners);
     }
 
-    // A blit equals the painting itself only where the picture covers whole pixels of an image that
-    // is blended on as the kept one is, and covers each of them fully: a smooth clip does not, nor
-    // does Qt at the edge that cuts off an upright picture. Turned by a quarter, a size or two in a
-    // hundred still round some pixels the other way, by one level or two: that is let pass.
+    // Painting a large picture scaled costs up to a hundred times a blit of what came out of it.
+    // The blit shows the same only if the picture covers whole pixels of the target, and each of
+    // them fully: rounded corners do not, and drawPixmap() leaves the edge that cuts off an upright
+    // picture at 254 of 255. Turned by a quarter, one or two sizes in a hundred differ in some
+    // pixels by one or two levels of 255; nobody sees that, so they are kept too.
     const auto *target = dynamic_cast<QImage *>(painter.paintEngine()->paintDevice());
     const qreal scale = toDevice.m11();
     const QRectF whole = turned.mapRect(QRectF(drawRect));
