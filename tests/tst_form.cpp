@@ -1,5 +1,6 @@
 #include "hostedpanel.h"
 #include "testmain.h"
+#include "virtualtime.h"
 
 #include <QButtonGroup>
 #include <QFile>
@@ -84,6 +85,7 @@ void TestForm::texts_data()
 // In the order of the form, every text that there is; and with every row in sight, none is cut off.
 void TestForm::texts()
 {
+    VirtualTime::start();
     QFETCH(int, language);
     HostedPanel hosted;
     hosted.host.language = language;
@@ -92,7 +94,7 @@ void TestForm::texts()
     const auto widgets = hosted.panel->findChildren<QWidget *>();
     for (QWidget *widget : widgets)
         widget->show();
-    QTest::qWait(150); // for the deferred layout
+    VirtualTime::advance(std::chrono::milliseconds(200)); // the deferred layout, and slides
     QStringList texts;
     for (const QWidget *widget : widgets) {
         const QString text = widget->property("text").toString();
