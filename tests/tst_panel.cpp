@@ -114,8 +114,8 @@ void TestPanel::styleSheets()
     QFETCH(QString, shown);
     qApp->setStyleSheet(styleSheet);
     const QStringList begin{"camera=0000000101", "obey"};
-    const QString later("wait=20,sw_title,wait=250,sw_picture_mode,wait=20,sw_title,wait=5000");
-    for (const char *first : {"wait=500,reset", "sw_title", "wait=50,reset", "wait=200,sw_title"}) {
+    const QString later("wait=20,sw_title,wait=250,sw_picture_mode,wait=20,sw_title,wait=1000");
+    for (const char *first : {"wait=500,reset", "sw_title"}) {
         PanelPlayer player;
         const QStringList steps = (shown + ',' + first + ',' + later).split(',');
         QCOMPARE(player.play(begin + steps), QString());
