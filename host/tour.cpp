@@ -22,9 +22,10 @@ using namespace std::chrono_literals;
 constexpr auto heartbeat = 5ms;
 
 constexpr auto checkInterval = 50ms;
-/// How long camera and panel must agree: longer than a switch slides, during which it takes no
-/// press, and than the title row's pause between two presses.
-constexpr auto shortestStep = 400ms;
+/// How often in a row camera and panel must agree: for longer than a switch slides, during which it
+/// takes no press, and than the title row's pause between two presses. Counted, not timed: a slide
+/// ends only when the event loop runs.
+constexpr int checksToAgree = 8;
 /// The first poll comes some four seconds after the panel is set up.
 constexpr auto longestStep = 6s;
 /// How many transfers a step may wait for: a read under way, the old value and the new one of two
@@ -115,7 +116,6 @@ Tour::Tour(SimulatedCamera *simulated, CommandChannel &channel, QWidget &window)
     m_heartbeat.start();
     m_out << "Set-up of the panel\n" << flush;
     m_sinceStep.start();
-    m_sinceDifference.start();
     m_timer.start();
 }
 
@@ -168,7 +168,7 @@ void Tour::beginStep()
         m_out << "    " << step.control << " is not there to be pressed\n" << flush;
     }
     m_sinceStep.start();
-    m_sinceDifference.start();
+    m_agreed = 0;
 }
 
 void Tour::checkStep()
@@ -177,13 +177,9 @@ void Tour::checkStep()
     if (!m_window.updatesEnabled())
         return;
     const QStringList found = differences();
-    if (!found.isEmpty())
-        m_sinceDifference.start();
-    const auto elapsed = [](const QElapsedTimer &timer) {
-        return timer.elapsed() * 1ms;
-    };
+    m_agreed = found.isEmpty() ? m_agreed + 1 : 0;
     const auto patience = m_slowest < 0 ? longestTransfer : transfersPerStep * m_slowest * 1ms;
-    if (elapsed(m_sinceDifference) < shortestStep && elapsed(m_sinceStep) < longestStep + patience)
+    if (m_agreed < checksToAgree && m_sinceStep.elapsed() * 1ms < longestStep + patience)
         return;
 
     if (m_repeatedReads > 0)

@@ -45,7 +45,7 @@ private:
     QTextStream m_out;
     QTimer m_timer;
     QElapsedTimer m_sinceStep;
-    QElapsedTimer m_sinceDifference; ///< since the step's begin if there was none
+    int m_agreed = 0; ///< checks since the last difference
     QTimer m_heartbeat;
     QElapsedTimer m_sinceHeartbeat;
     qint64 m_longestStall = 0; ///< ms
