@@ -21,7 +21,6 @@ show_progress() {
     trap '' INT # after Ctrl-C apt finishes what it is at, and needs its reader
     outcome=0
     while IFS= read -r line; do
-        printf '%s\n' "$line" >&3
         case $line in
         \[*/*\]*)
             count=${line%%]*}
@@ -33,8 +32,9 @@ show_progress() {
             percent=${percent##*:}
             show "  ${percent%.*}% ${line##*:}"
             ;;
-        failed!) outcome=1 ;;
+        failed!) outcome=1 && continue ;;
         esac
+        printf '%s\n' "$line" >&3
     done 3>"$1"
     show
     return "$outcome"
@@ -52,7 +52,7 @@ logged() {
     else
         "$@" >"$log" 2>&1 && return
     fi
-    tail -n 40 "$log" >&2
+    grep -av '^[dp][lm]status:' "$log" | tail -n 40 >&2
     say "This failed; the whole log is in $log" >&2
     exit 1
 }
