@@ -1,4 +1,4 @@
-#include "panelplayer.h"
+#include "hostedpanel.h"
 #include "testmain.h"
 #include "virtualtime.h"
 
@@ -6,7 +6,7 @@
 #include <QScreen>
 #include <QStackedLayout>
 
-/// The panel in its host: density, container, style sheets. Each run has a density of its own.
+/// The panel in its host: density and container. Each run has a density of its own.
 class TestPanel : public Test
 {
     Q_OBJECT
@@ -64,35 +64,6 @@ private Q_SLOTS:
         QCOMPARE(placeIn(new QStackedLayout), "1 frozen thawed");
         QCOMPARE(placeIn(new QFormLayout), "1 frozen thawed");
         QCOMPARE(placeIn(nullptr), "0 without margins frozen thawed");
-    }
-
-    void styleSheets_data()
-    {
-        QTest::addColumn<QString>("sheet");
-        QTest::newRow("least size") << "QWidget { min-height: 24px; }";
-        QTest::newRow("largest size") << "QWidget { max-width: 30px; }";
-        QTest::newRow("fixed size")
-            << "SwitchButton { min-width: 60px; max-width: 60px; height: 30px; }";
-        QTest::newRow("one by name") << "#sw_picture_mode { min-height: 30px; max-height: 30px; }";
-        QTest::newRow("all") << "* { min-width: 26px; min-height: 26px; max-height: 90px; }";
-    }
-
-    // Sizes that come with the first show, before, at or after set-up, must not cost a step of a
-    // reset, nor a press.
-    void styleSheets()
-    {
-        QFETCH(QString, sheet);
-        qApp->setStyleSheet(sheet);
-        for (const char *shown : {"show,wait=50,insert", "insert,show", "insert,wait=500,show"}) {
-            for (const char *first :
-                 {"wait=500,reset", "sw_title", "wait=50,reset", "wait=200,sw_title"}) {
-                const QString steps = QString("camera=0000000101,obey,%1,%2,wait=20,sw_title,"
-                                              "wait=250,sw_picture_mode,wait=20,sw_title,wait=5000")
-                                          .arg(shown, first);
-                QVERIFY2(PanelPlayer().play(steps.split(',')).isEmpty(), qPrintable(steps));
-            }
-        }
-        qApp->setStyleSheet(QString());
     }
 };
 
