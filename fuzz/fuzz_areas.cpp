@@ -53,12 +53,24 @@ extern "C" int LLVMFuzzerTestOneInput(const uchar *bytes, size_t size)
         sent << record.value<ExtensionUnit>();
         return QVariant();
     };
+    QStringList angles; // of the tiles, in their order
+    const auto checkTiles = [&] {
+        REQUIRE(tiles() == angles.size() && addButton.isHidden() == (tiles() == 3));
+        for (int i = 0; i < angles.size(); ++i)
+            REQUIRE(row.itemAt(i)->widget()->findChild<QLabel *>()->text() == angles[i]);
+    };
     const auto remove = [&](int index) {
         QByteArray due = contents();
-        const int before = tiles();
-        row.itemAt(index)->widget()->findChild<QPushButton *>("delete")->click();
-        REQUIRE(tiles() == before - 1);
-        REQUIRE(!addButton.isHidden());
+        QWidget *const tile = row.itemAt(index)->widget();
+        auto *const button = tile->findChild<QPushButton *>("delete");
+        for (const auto type : {QEvent::Leave, QEvent::Enter}) {
+            QEvent hover(type);
+            QCoreApplication::sendEvent(tile, &hover);
+            REQUIRE(button->isHidden() == (type == QEvent::Leave));
+        }
+        button->click();
+        angles.removeAt(index);
+        checkTiles();
 
         float count = 0;
         std::memcpy(&count, due.constData(), size_t(qMin(length, 4)));
@@ -86,11 +98,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uchar *bytes, size_t size)
         if (step & 1) {
             fillTable();
         } else if (step & 2 && !addButton.isHidden()) {
-            const int place = tiles();
             const long start = input.take<qint16>();
             const long end = input.take<qint64>();
             panel.insertUnLimitArea(start, end);
-            REQUIRE(tiles() == place + 1 && addButton.isHidden() == (place == 2));
+            angles << QString("%1°/%2°").arg(start).arg(end);
+            checkTiles();
         } else if (tiles() > 0) {
             remove((step >> 2) % tiles());
         }

@@ -1,5 +1,6 @@
 #include "pixmapdisplay.h"
 #include "testmain.h"
+#include "virtualtime.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -35,6 +36,8 @@ void QMutex::unlock() noexcept
 
 namespace {
 
+using namespace std::chrono_literals;
+
 QPixmap noise(QSize size, bool translucent = false, quint32 seed = 1)
 {
     QImage image(size, translucent ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
@@ -57,7 +60,7 @@ struct Display : PixmapDisplay
 
     void set(const QPixmap &next) { setPixmap(picture = next); }
 
-    QImage ground(qreal ratio) const
+    QImage ground(qreal ratio = 1) const
     {
         QImage image(size() * ratio, QImage::Format_ARGB32_Premultiplied);
         image.setDevicePixelRatio(ratio);
@@ -102,188 +105,174 @@ class TestPixmapDisplay : public Test
     Q_OBJECT
 
 private Q_SLOTS:
-    void showsPicture_data();
-    void showsPicture();
-    void changesShowAtOnce();
-    void showsNoPicture();
-    void animates();
-    void picturesFromThreads();
-    void endsDuringEmission();
-};
+    void showsPicture_data()
+    {
+        QTest::addColumn<QSize>("picture");
+        QTest::addColumn<int>("scaleType"); // to be turned: -1
+        QTest::addColumn<QRect>("place");
+        QTest::newRow("stretch") << QSize(192, 108) << 0 << QRect(0, 0, 400, 300);
+        QTest::newRow("fit, wide") << QSize(192, 108) << 1 << QRect(0, 37, 400, 225);
+        QTest::newRow("fill, wide") << QSize(192, 108) << 2 << QRect(-66, 0, 533, 300);
+        QTest::newRow("to be turned, wide") << QSize(192, 108) << -1 << QRect(50, 66, 300, 168);
+        QTest::newRow("fit, tall") << QSize(90, 200) << 1 << QRect(132, 0, 135, 300);
+        QTest::newRow("to be turned, tall") << QSize(90, 200) << -1 << QRect(110, -50, 180, 400);
+    }
 
-void TestPixmapDisplay::showsPicture_data()
-{
-    QTest::addColumn<QSize>("picture");
-    QTest::addColumn<int>("scaleType");
-    QTest::addColumn<bool>("forward");
-    QTest::addColumn<QRect>("place");
-    const QSize wide(192, 108);
-    const QSize tall(90, 200);
-    QTest::newRow("stretch") << wide << 0 << true << QRect(0, 0, 400, 300);
-    QTest::newRow("fit, wide") << wide << 1 << true << QRect(0, 37, 400, 225);
-    QTest::newRow("fill, wide") << wide << 2 << true << QRect(-66, 0, 533, 300);
-    QTest::newRow("to be turned, wide") << wide << 2 << false << QRect(50, 66, 300, 168);
-    QTest::newRow("fit, tall") << tall << 1 << true << QRect(132, 0, 135, 300);
-    QTest::newRow("to be turned, tall") << tall << 1 << false << QRect(110, -50, 180, 400);
-}
-
-void TestPixmapDisplay::showsPicture()
-{
-    QFETCH(QSize, picture);
-    QFETCH(int, scaleType);
-    QFETCH(bool, forward);
-    QFETCH(QRect, place);
-    const int angles[] = {0, 270, 180, 90, 0};
-    for (const bool translucent : {false, true}) {
-        Display display(noise(picture, translucent));
-        display.setScaleType(PixmapDisplay::ScaleType(scaleType));
-        display.setPreviewForward(forward);
-        display.setStyleSheet("background-color: rgba(0, 0, 255, 100)");
-        display.over = QColor(0, 0, 255, 100);
-        for (int i = 0; i < 30; ++i) {
-            const qreal ratio = 1 + i % 3 * 0.5;
-            display.setRoundCorder(display.corner = i % 2 * 40);
-            display.setPreviewOri(i / 6);
-            display.angle = angles[i / 6];
+    void showsPicture()
+    {
+        QFETCH(QSize, picture);
+        QFETCH(int, scaleType);
+        QFETCH(QRect, place);
+        const int angles[] = {0, 270, 180, 90, 0};
+        for (int i = 0; i < 60; ++i) {
+            Display display(noise(picture, i % 2 != 0));
+            display.setScaleType(PixmapDisplay::ScaleType(qAbs(scaleType)));
+            display.setPreviewForward(scaleType >= 0);
+            display.setStyleSheet("background-color: rgba(0, 0, 255, 100)");
+            display.over = QColor(0, 0, 255, 100);
+            display.setRoundCorder(display.corner = i / 2 % 2 * 40);
+            display.setPreviewOri(i / 4 % 5);
+            display.angle = angles[i / 4 % 5];
+            const qreal ratio = 1 + i / 20 * 0.5;
             const QImage wanted = display.painted(place, ratio);
-            const QString what = QString("translucent %1, ratio %2, corner %3, angle %4")
-                                     .arg(translucent)
-                                     .arg(ratio)
-                                     .arg(display.corner)
-                                     .arg(display.angle);
-            QVERIFY2(display.shown(ratio) == wanted, qPrintable(what));
-            QVERIFY2(display.shown(ratio) == wanted, qPrintable(what + ", from what was kept"));
+            const std::string what = "translucent " + std::to_string(i % 2) + ", ratio " +
+                                     std::to_string(ratio) + ", corner " +
+                                     std::to_string(display.corner) + ", angle " +
+                                     std::to_string(display.angle);
+            QVERIFY2(display.shown(ratio) == wanted, what.c_str());
+            QVERIFY2(display.shown(ratio) == wanted, (what + ", kept").c_str());
         }
     }
-}
 
-void TestPixmapDisplay::changesShowAtOnce()
-{
-    Display display;
-    QCOMPARE(display.shown(), display.painted({0, 37, 400, 225}));
-    // Shown by whoever is told of it in the same thread.
-    QImage seen;
-    connect(&display, &PixmapDisplay::updatePic, this, [&] { seen = display.shown(); });
-    display.set(noise({192, 108}, false, 2));
-    QCOMPARE(seen, display.painted({0, 37, 400, 225}));
-    display.setScaleType(PixmapDisplay::ScaleStretch);
-    QCOMPARE(display.shown(), seen); // only a resize lays it out anew
-    display.updateDrawRect();
-    QCOMPARE(display.shown(), display.painted({0, 0, 400, 300}));
-    QCOMPARE(display.shown(2), display.painted({0, 0, 400, 300}, 2));
-    display.resize(200, 150);
-    QCOMPARE(display.shown(), display.painted({0, 0, 200, 150}));
-    display.setScaleType(PixmapDisplay::ScaleFill);
-    display.set(noise({960, 540}));
-    QCOMPARE(display.shown(), display.painted({-33, 0, 266, 150}));
-    display.setScaleType(PixmapDisplay::ScaleFit);
-    display.set(noise({20, 10}));
-    QCOMPARE(display.shown(), display.painted({0, 25, 200, 100}));
-    display.setPreviewOri(3);
-    display.angle = 90;
-    QCOMPARE(display.shown(), display.painted({0, 25, 200, 100}));
-    display.resize(200, 151); // one more row is seen
-    QCOMPARE(display.shown(), display.painted({0, 25, 200, 100}));
-}
-
-void TestPixmapDisplay::showsNoPicture()
-{
-    Display display{QPixmap()};
-    display.setBackground(QColor(0, 80, 160, 100));
-    QImage wanted = display.ground(1);
-    QPainter painter(&wanted);
-    painter.fillRect(display.rect(), QColor(0, 80, 160, 100));
-    QVERIFY(display.shown() != wanted); // there is a word on it
-    display.hideLoading();
-    painter.fillRect(display.rect(), QColor(0, 0, 0, 1));
-    QCOMPARE(display.shown(), wanted);
-}
-
-void TestPixmapDisplay::animates()
-{
-    const QRect target(20, 30, 160, 90);
-    auto display = std::make_unique<Display>();
-    const QImage moved = display->painted(target);
-    display->setPreviewOri(3);
-    display->setRoundCorder(40);
-    const QImage resting = display->shown();
-    bool done = false;
-    display->startAnimation(target, nullptr, 0);
-    display->startAnimation(
-        target, [&] { done = true; }, 30);
-    QTRY_VERIFY(done);
-    QCOMPARE(display->shown(), resting);
-    int dropped = 0;
-    int ended = 0;
-    const auto drop = [&] {
-        ++dropped;
-    };
-    const auto end = [&] {
-        ++ended;
-        QCOMPARE(display->shown(), moved);
-        display->startAnimation({0, 37, 400, 225}, drop, 100000); // stays, so brings no frame
-    };
-    display->startAnimation(target, drop, 1);
-    display->startAnimation(target, end, 30);
-    QTRY_COMPARE(ended, 1);
-    QCOMPARE(display->shown(), moved);
-    for (const int duration : {0, 30}) {
-        display = std::make_unique<Display>(); // the one before goes in mid-animation
-        display->startAnimation(
-            target, [&] { display.reset(); }, duration);
-        QTRY_VERIFY(!display);
+    void changesShowAtOnce()
+    {
+        Display display;
+        QCOMPARE(display.shown(), display.painted({0, 37, 400, 225}));
+        // Shown by whoever is told of it in the same thread.
+        QImage seen;
+        connect(&display, &PixmapDisplay::updatePic, this, [&] { seen = display.shown(); });
+        display.set(noise({192, 108}, false, 2));
+        QCOMPARE(seen, display.painted({0, 37, 400, 225}));
+        display.setScaleType(PixmapDisplay::ScaleStretch);
+        QCOMPARE(display.shown(), seen); // only a resize lays it out anew
+        display.updateDrawRect();
+        QCOMPARE(display.shown(), display.painted({0, 0, 400, 300}));
+        QCOMPARE(display.shown(2), display.painted({0, 0, 400, 300}, 2));
+        display.setScaleType(PixmapDisplay::ScaleFill);
+        display.resize(200, 150);
+        QCOMPARE(display.shown(), display.painted({-33, 0, 266, 150}));
+        display.setScaleType(PixmapDisplay::ScaleFit);
+        display.set(noise({20, 10}));
+        QCOMPARE(display.shown(), display.painted({0, 25, 200, 100}));
+        display.setPreviewOri(3);
+        display.angle = 90;
+        QCOMPARE(display.shown(), display.painted({0, 25, 200, 100}));
+        display.resize(200, 151); // one more row is seen
+        QCOMPARE(display.shown(), display.painted({0, 25, 200, 100}));
     }
-    QCOMPARE(dropped, 0);
-}
 
-void TestPixmapDisplay::picturesFromThreads()
-{
-    const QPixmap pictures[] = {noise({192, 108}), noise({90, 200}), QPixmap()};
-    Display display;
-    display.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&display));
-    std::atomic<bool> stop(false);
-    std::thread workers[3];
-    for (std::thread &worker : workers) {
-        worker = std::thread([&] {
-            for (int i = 0; !stop; ++i)
-                display.setPixmap(pictures[i % 3]);
+    void showsNoPicture()
+    {
+        Display display{QPixmap()};
+        display.setBackground(QColor(0, 80, 160, 100));
+        QImage wanted = display.ground();
+        QPainter painter(&wanted);
+        painter.fillRect(display.rect(), QColor(0, 80, 160, 100));
+        QVERIFY(display.shown() != wanted); // there is a word on it
+        display.hideLoading();
+        painter.fillRect(display.rect(), QColor(0, 0, 0, 1));
+        QCOMPARE(display.shown(), wanted);
+    }
+
+    void picturesFromThreads()
+    {
+        const QPixmap pictures[] = {noise({192, 108}), noise({90, 200}), QPixmap()};
+        Display display;
+        display.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&display));
+        std::atomic<bool> stop(false);
+        std::thread workers[3];
+        for (std::thread &worker : workers) {
+            worker = std::thread([&] {
+                for (int i = 0; !stop; ++i)
+                    display.setPixmap(pictures[i % 3]);
+            });
+        }
+        for (int i = 100; i >= 0; --i) {
+            display.resize(400 - i, 300 - i);
+            display.repaint();
+        }
+        stop = true;
+        for (std::thread &worker : workers)
+            worker.join();
+        QCoreApplication::processEvents();
+        std::thread([&] { display.setPixmap(pictures[0]); }).join();
+        QScreen *screen = QGuiApplication::primaryScreen();
+        QTRY_COMPARE(screen->grabWindow(display.winId()).toImage(), display.grab().toImage());
+    }
+
+    // A display that the GUI thread deletes while a worker tells of a picture.
+    void endsDuringEmission()
+    {
+        auto display = std::make_unique<PixmapDisplay>();
+        std::atomic<bool> emitting(false);
+        std::atomic<bool> emitted(false);
+        // Without a context: called in the worker.
+        connect(display.get(), &PixmapDisplay::updatePic, [&] {
+            emitting = true;
+            QThread::msleep(100); // as long as the end would take if it did not wait
+            emitted = true;
         });
-    }
-    for (int i = 100; i >= 0; --i) {
-        display.resize(400 - i, 300 - i);
-        display.repaint();
-    }
-    stop = true;
-    for (std::thread &worker : workers)
+        std::thread worker([&] { display->setPixmap(QPixmap()); });
+        while (!emitting)
+            std::this_thread::yield();
+        PixmapDisplay *const ending = display.release(); // what the worker holds stays as it is
+        delete ending;
+        const bool waited = emitted;
         worker.join();
-    QCoreApplication::processEvents();
-    std::thread([&] { display.setPixmap(pictures[0]); }).join();
-    QScreen *screen = QGuiApplication::primaryScreen();
-    QTRY_COMPARE(screen->grabWindow(display.winId()).toImage(), display.grab().toImage());
-}
+        QVERIFY(waited);
+    }
 
-// A display that the GUI thread deletes while a worker tells of a picture.
-void TestPixmapDisplay::endsDuringEmission()
-{
-    auto display = std::make_unique<PixmapDisplay>();
-    std::atomic<bool> emitting(false);
-    std::atomic<bool> emitted(false);
-    // Without a context: called in the worker.
-    connect(display.get(), &PixmapDisplay::updatePic, [&] {
-        emitting = true;
-        QThread::msleep(100); // as long as the end would take if it did not wait
-        emitted = true;
-    });
-    std::thread worker([&] { display->setPixmap(QPixmap()); });
-    while (!emitting)
-        std::this_thread::yield();
-    PixmapDisplay *const ending = display.release(); // what the worker holds stays as it is
-    delete ending;
-    const bool waited = emitted;
-    worker.join();
-    QVERIFY(waited);
-}
+    // Last: its clock rules from then on.
+    void animates()
+    {
+        VirtualTime::start();
+        const QRect target(20, 30, 160, 90);
+        auto display = std::make_unique<Display>();
+        const QImage moved = display->painted(target);
+        display->setPreviewOri(3);
+        display->setRoundCorder(40);
+        const QImage resting = display->shown();
+        QString called;
+        const auto call = [&called] {
+            called += 'c';
+        };
+        display->startAnimation(target, nullptr, 0);
+        display->startAnimation(target, call, 1);
+        const auto end = [&] {
+            called += display->shown() == moved ? 'm' : '?';
+            display->startAnimation({0, 37, 400, 225}, call, 30); // stays, so brings no frame
+        };
+        display->startAnimation(target, end, 30);
+        VirtualTime::advance(50ms);
+        QCOMPARE(called, "m");
+        QCOMPARE(display->shown(), moved);
+        VirtualTime::advance(50ms);
+        QCOMPARE(called, "mc");
+        QCOMPARE(display->shown(), resting);
+        for (const int duration : {0, 30}) {
+            display->startAnimation(target, call, 100);
+            display = std::make_unique<Display>(); // the one before goes in mid-animation
+            display->startAnimation(
+                target, [&] { display.reset(); }, duration);
+            VirtualTime::advance(50ms);
+            QVERIFY(!display);
+            display = std::make_unique<Display>();
+        }
+        VirtualTime::advance(150ms);
+        QCOMPARE(called, "mc");
+    }
+};
 
 TEST_MAIN(TestPixmapDisplay)
 #include "tst_pixmapdisplay.moc"

@@ -3,6 +3,7 @@
 #include "virtualtime.h"
 
 #include <QPainter>
+#include <QPointer>
 #include <QSignalSpy>
 
 using namespace std::chrono_literals;
@@ -14,168 +15,143 @@ class TestSwitchButton : public Test
 
 private Q_SLOTS:
     void init() { VirtualTime::start(); }
-    void reports_data();
-    void reports();
-    void geometry();
-    void looks_data();
-    void looks();
-    void usedByItsReceiver_data();
-    void usedByItsReceiver();
-};
 
-// What is done to a switch that is off; what it reports, and its state in the end.
-void TestSwitchButton::reports_data()
-{
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("press press wait press wait") << "1 0 : off";
-    QTest::newRow("set1 press wait") << "1 : on";
-    QTest::newRow("press set0 force0 wait") << "1 1 : on";
-    QTest::newRow("press silence force0 wait") << "1 : on";
-    QTest::newRow("silence force0 press wait") << "1 : on";
-    QTest::newRow("relayout press wait") << ": on";
-    QTest::newRow("relayout relayout wait press wait") << "1 : on";
-    QTest::newRow("relayout turn set0 wait") << ": off";
-    QTest::newRow("set1 wait relayout wait") << "1 : on";
-    QTest::newRow("resize press wait") << "1 : on";
-    QTest::newRow("press turn resize wait") << "1 : on";
-    QTest::newRow("set1 resize wait") << "1 : on";
-    QTest::newRow("set1 wait resize wait") << "1 : on";
-    QTest::newRow("silence set1 resize wait press wait") << "0 : off";
-    QTest::newRow("resize turn silence set1 wait") << ": on";
-}
-
-void TestSwitchButton::reports()
-{
-    SwitchButton button(nullptr);
-    button.resize(QSize(40, 20));
-    button.show();
-    advance(150ms);
-    QString said;
-    connect(&button, &SwitchButton::onValueChanged, this,
-            [&](int on) { said += QString::number(on) + ' '; });
-    const auto words = QString(QTest::currentDataTag()).split(' ');
-    for (const QString &word : words) {
-        if (word == "press")
-            QTest::mousePress(&button, Qt::LeftButton);
-        else if (word == "silence")
-            button.blockNextSignal();
-        else if (word == "relayout")
-            button.SetSize(40, 20);
-        else if (word == "resize") // as a layout does it
-            button.QWidget::resize(60, 30);
-        else if (word == "turn") // of the event loop, with the slide under way
-            advance(20ms);
-        else if (word == "wait")
-            advance(150ms);
-        else
-            button.SetStatus(word == "set1", word == "force0");
+    // What is done to a switch that is off; what it reports, and its state in the end.
+    void reports_data()
+    {
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("press press wait press wait") << "1 0 : off";
+        QTest::newRow("press set0 force0 wait") << "1 1 : on";
+        QTest::newRow("press silence force0 wait") << "1 : on";
+        QTest::newRow("silence force0 press wait") << "1 : on";
+        QTest::newRow("relayout press wait") << ": on";
+        QTest::newRow("relayout relayout wait press wait") << "1 : on";
+        QTest::newRow("relayout turn set0 wait") << ": off";
+        QTest::newRow("set1 wait relayout wait") << "1 : on";
+        QTest::newRow("resize press wait") << "1 : on";
+        QTest::newRow("press turn resize wait") << "1 : on";
+        QTest::newRow("set1 wait resize wait") << "1 : on";
+        QTest::newRow("silence set1 resize wait press wait") << "0 : off";
+        QTest::newRow("resize turn silence set1 wait") << ": on";
     }
-    QTEST(said + (button.GetStatus() ? ": on" : ": off"), "expected");
-    QVERIFY(!button.isSliding());
-    const int right = button.width() - button.height() + 2;
-    QCOMPARE(button.findChild<Slider *>()->x(), button.GetStatus() ? right : 2);
-}
 
-void TestSwitchButton::geometry()
-{
-    SwitchButton button(nullptr);
-    auto *const knob = button.findChild<Slider *>();
-    button.resize(QSize(60, 30));
-    QCOMPARE(knob->geometry(), QRect(2, 2, 26, 26));
-    button.SetStatus(true, false);
-    advance(150ms);
-    QCOMPARE(knob->geometry(), QRect(32, 2, 26, 26));
-    button.setGeometry(QRect(5, 5, 50, 24));
-    QCOMPARE(knob->geometry(), QRect(28, 2, 20, 20));
-    advance(150ms);
-    // Laid out at once, also while hidden; then it slides in again from the far left.
-    button.setFixedSize(QSize(40, 20));
-    QCOMPARE(knob->geometry(), QRect(22, 2, 16, 16));
-    advance(30ms);
-    QVERIFY(knob->x() < 12);
-    advance(150ms);
-    QCOMPARE(knob->geometry(), QRect(22, 2, 16, 16));
-    // The first show brings nothing new; a layout resizes as any widget is resized.
-    QSignalSpy slides(&button, &SwitchButton::sendAnimate);
-    button.show();
-    advance(150ms);
-    QCOMPARE(slides.count(), 0);
-    button.QWidget::setFixedSize(60, 30);
-    advance(150ms);
-    QCOMPARE(slides.count(), 1);
-    QCOMPARE(knob->geometry(), QRect(32, 2, 26, 26));
-}
+    void reports()
+    {
+        SwitchButton button(nullptr);
+        button.resize(QSize(40, 20));
+        button.show();
+        advance(150ms);
+        QString said;
+        connect(&button, &SwitchButton::onValueChanged, this,
+                [&](int on) { said += QString::number(on) + ' '; });
+        const auto words = QString(QTest::currentDataTag()).split(' ');
+        for (const QString &word : words) {
+            if (word == "press")
+                QTest::mousePress(&button, Qt::LeftButton);
+            else if (word == "silence")
+                button.blockNextSignal();
+            else if (word == "relayout")
+                button.SetSize(40, 20);
+            else if (word == "resize") // as a layout does it
+                button.QWidget::resize(60, 30);
+            else if (word == "turn") // of the event loop, with the slide under way
+                advance(20ms);
+            else if (word == "wait")
+                advance(150ms);
+            else
+                button.SetStatus(word == "set1", word == "force0");
+        }
+        QTEST(said + (button.GetStatus() ? ": on" : ": off"), "expected");
+        QVERIFY(!button.isSliding());
+        const int right = button.width() - button.height() + 2;
+        QCOMPARE(button.findChild<Slider *>()->x(), button.GetStatus() ? right : 2);
+    }
 
-void TestSwitchButton::looks_data()
-{
-    QTest::addColumn<QColor>("off");
-    QTest::addColumn<QColor>("on");
-    QTest::addColumn<QColor>("knob");
-    QTest::newRow("enabled") << QColor("#3A3F46") << QColor("#E60033") << QColor(Qt::white);
-    QTest::newRow("disabled") << QColor("#666666") << QColor("#666666") << QColor(Qt::white);
-    QTest::newRow("recoloured") << QColor("#88FF11") << QColor("#1188FF") << QColor("#FF1188");
-}
+    void geometry()
+    {
+        SwitchButton button(nullptr);
+        auto *const knob = button.findChild<Slider *>();
+        button.resize(QSize(60, 30));
+        QCOMPARE(knob->geometry(), QRect(2, 2, 26, 26));
+        button.SetStatus(true, false);
+        button.setGeometry(QRect(5, 5, 50, 24));
+        QCOMPARE(knob->geometry(), QRect(28, 2, 20, 20));
+        advance(150ms);
+        // Laid out at once, also while hidden; then it slides in again from the far left.
+        button.setFixedSize(QSize(40, 20));
+        QCOMPARE(knob->geometry(), QRect(22, 2, 16, 16));
+        advance(30ms);
+        QVERIFY(knob->x() < 12);
+        advance(150ms);
+        QCOMPARE(knob->geometry(), QRect(22, 2, 16, 16));
+        QSignalSpy slides(&button, &SwitchButton::sendAnimate);
+        button.show(); // which brings nothing new
+        advance(150ms);
+        QCOMPARE(slides.count(), 0);
+    }
 
-void TestSwitchButton::looks()
-{
-    QFETCH(QColor, off);
-    QFETCH(QColor, on);
-    QFETCH(QColor, knob);
-    for (const bool isOn : {false, true}) {
+    // Of the track when off and on, and of the knob.
+    void looks_data()
+    {
+        QTest::addColumn<QStringList>("colors");
+        QTest::newRow("enabled") << QStringList{"#3A3F46", "#E60033", "#FFFFFF"};
+        QTest::newRow("disabled") << QStringList{"#666666", "#666666", "#FFFFFF"};
+        QTest::newRow("recoloured") << QStringList{"#88FF11", "#1188FF", "#FF1188"};
+    }
+
+    void looks()
+    {
+        QFETCH(QStringList, colors);
         SwitchButton button(nullptr);
         QCOMPARE(button.cursor().shape(), Qt::PointingHandCursor);
         button.grab(); // at another size first
         button.resize(QSize(40, 20));
         button.setEnabled(qstrcmp(QTest::currentDataTag(), "disabled") != 0);
         if (qstrcmp(QTest::currentDataTag(), "recoloured") == 0) {
-            button.SetInactiveColor(off);
-            button.SetActiveColor(on);
-            button.SetSliderColor(knob);
+            button.SetInactiveColor(colors[0]);
+            button.SetActiveColor(colors[1]);
+            button.SetSliderColor(colors[2]);
         }
-        button.SetStatus(isOn, false);
-        advance(150ms);
-        QImage image(40, 20, QImage::Format_ARGB32_Premultiplied);
-        image.fill(Qt::transparent);
-        QImage wanted = image;
-        button.render(&image, {}, {}, QWidget::DrawChildren);
+        for (const bool isOn : {false, true}) {
+            button.SetStatus(isOn, false);
+            advance(150ms);
+            QImage image(40, 20, QImage::Format_ARGB32_Premultiplied);
+            image.fill(Qt::transparent);
+            QImage wanted = image;
+            button.render(&image, {}, {}, QWidget::DrawChildren);
 
-        QPainter painter(&wanted);
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(isOn ? on : off);
-        QPainterPath left, middle, right;
-        left.addEllipse(0, 0, 20, 20);
-        middle.addRect(10, 0, 20, 20);
-        right.addEllipse(20, 0, 20, 20);
-        painter.drawPath(left.united(middle).united(right));
-        painter.setBrush(knob);
-        painter.drawRoundedRect(isOn ? 22 : 2, 2, 16, 16, 8, 8);
-        QVERIFY(image == wanted);
+            QPainter painter(&wanted);
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(QColor(colors[int(isOn)]));
+            QPainterPath left, middle, right;
+            left.addEllipse(0, 0, 20, 20);
+            middle.addRect(10, 0, 20, 20);
+            right.addEllipse(20, 0, 20, 20);
+            painter.drawPath(left.united(middle).united(right));
+            painter.setBrush(QColor(colors[2]));
+            painter.drawRoundedRect(isOn ? 22 : 2, 2, 16, 16, 8, 8);
+            QCOMPARE(image, wanted);
+        }
     }
-}
 
-// The receiver may set the switch again, or delete it.
-void TestSwitchButton::usedByItsReceiver_data()
-{
-    QTest::addColumn<bool>("on");
-    QTest::newRow("deletes it") << false;
-    QTest::newRow("sets it") << true;
-}
-
-void TestSwitchButton::usedByItsReceiver()
-{
-    QFETCH(bool, on);
-    QPointer<SwitchButton> button(new SwitchButton(nullptr));
-    connect(button, &SwitchButton::onValueChanged, this, [&](int open) {
-        if (open == 0)
-            delete button;
-        else
-            button->SetStatus(false, false);
-    });
-    button->SetStatus(on, true);
-    advance(300ms);
-    QVERIFY(!button);
-}
+    // The receiver sets the switch again, or deletes it.
+    void usedByItsReceiver()
+    {
+        for (const bool on : {false, true}) {
+            QPointer<SwitchButton> button(new SwitchButton(nullptr));
+            connect(button, &SwitchButton::onValueChanged, this, [&](int open) {
+                if (open == 0)
+                    delete button;
+                else
+                    button->SetStatus(false, false);
+            });
+            button->SetStatus(on, true);
+            advance(300ms);
+            QVERIFY(!button);
+        }
+    }
+};
 
 TEST_MAIN(TestSwitchButton)
 #include "tst_switchbutton.moc"

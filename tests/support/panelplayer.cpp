@@ -2,7 +2,7 @@
 
 #include "virtualtime.h"
 
-#include <QObject>
+#include <functional>
 
 using VirtualTime::now;
 using namespace std::chrono_literals;
@@ -10,9 +10,7 @@ using namespace std::chrono_literals;
 PanelPlayer::PanelPlayer()
 {
     now += 1000s - now % 1000s; // what coarse timers make of their intervals depends on it
-    hosted.host.meanwhile = [this] {
-        meanwhile();
-    };
+    hosted.host.meanwhile = std::bind(&PanelPlayer::meanwhile, this);
 }
 
 QString PanelPlayer::play(const QStringList &steps)
@@ -71,22 +69,22 @@ void PanelPlayer::insert()
     hosted.panel->insertWidget(hosted.container);
     // The silent slides of set-up, which nobody was there to hear of; later ones are heard of.
     queued = {&model.composed, &model.tracking};
-    const auto hear = [this](SwitchButton *button, PanelModel::Switch *which) {
-        QObject::connect(button, &SwitchButton::sendAnimate, button,
+    for (PanelModel::Switch *const which : {&model.tracking, &model.composed})
+        QObject::connect(&buttonOf(*which), &SwitchButton::sendAnimate, hosted.panel,
                          [this, which] { queued << which; });
-    };
-    hear(hosted.ui().sw_title, &model.tracking);
-    hear(hosted.ui().sw_picture_mode, &model.composed);
 }
 
 void PanelPlayer::wait(Time span)
 {
     const auto end = now + span;
     do {
-        now += std::min(leap(), end - now);
+        // Not a moment is skipped in which anything is due: between polls that is the slides alone.
+        const bool slides = !model.slides.isEmpty() || !queued.isEmpty();
+        const Time leap = slides || untilPoll() < 0ms ? 10ms : std::max(1ms, untilPoll());
+        now += std::min(leap, end - now);
         VirtualTime::catchUp();
         for (PanelModel::Switch *const which : qAsConst(queued)) {
-            if (isSliding(*which))
+            if (buttonOf(*which).isSliding())
                 model.beginSlide(*which, now);
         }
         queued.clear();
@@ -98,29 +96,20 @@ void PanelPlayer::wait(Time span)
         fault = "left frozen";
 }
 
-// Not a moment is skipped in which anything is due: between polls that is the slides alone.
-PanelPlayer::Time PanelPlayer::leap()
-{
-    const bool slides = !model.slides.isEmpty() || !queued.isEmpty();
-    return slides || untilPoll() < 0ms ? 10ms : std::max(1ms, untilPoll());
-}
-
 PanelPlayer::Time PanelPlayer::untilPoll()
 {
     return Time(PanelInternals::pollTimer(*hosted.panel).remainingTime());
 }
 
-bool PanelPlayer::isSliding(const PanelModel::Switch &which)
+SwitchButton &PanelPlayer::buttonOf(const PanelModel::Switch &which)
 {
-    Ui_root &ui = hosted.ui();
-    return (&which == &model.tracking ? ui.sw_title : ui.sw_picture_mode)->isSliding();
+    return &which == &model.tracking ? *hosted.ui().sw_title : *hosted.ui().sw_picture_mode;
 }
 
 void PanelPlayer::endSlides()
 {
-    const auto slides = model.slides;
-    for (PanelModel::Switch *const which : slides) {
-        const bool sliding = isSliding(*which);
+    for (PanelModel::Switch *const which : QVector<PanelModel::Switch *>(model.slides)) {
+        const bool sliding = buttonOf(*which).isSliding();
         const auto time = now - which->since;
         if (sliding ? time > 150ms : time < 80ms)
             fault = QString("a slide of %1 ms").arg(time / 1ms);
@@ -131,12 +120,12 @@ void PanelPlayer::endSlides()
 
 void PanelPlayer::meanwhile()
 {
-    static const QStringList commands{"04", "10", "07", "13"}; // in the order of the camera's bytes
     const QString word = hosted.host.traffic.last();
     if (word == "read")
         read();
-    else if (obeys && word.contains('='))
-        hosted.host.status[commands.indexOf(word.left(2)) + 1] = char(word.midRef(3).toInt());
+    else if (obeys && word.contains('=')) // in the order of the camera's bytes
+        hosted.host.status[QString("04100713").indexOf(word.left(2)) / 2 + 1] =
+            char(word.mid(3).toInt());
 }
 
 void PanelPlayer::read()
@@ -148,15 +137,15 @@ void PanelPlayer::read()
     const bool answered = !hosted.host.foreignAnswer.isValid() && hosted.host.length > 0;
     if (first)
         firstPoll = now + 4000ms;
-    if (first || retrying) {
-        if (answered)
-            model.setUpFrom(hosted.host.status);
-        else if (retrying)
-            model.showRows(false);
-        retrying = first && !answered;
-    } else if (answered && hosted.host.length >= 3) {
-        model.poll(hosted.host.status);
+    if (!first && !retrying) {
+        if (answered && hosted.host.length >= 3)
+            model.poll(hosted.host.status);
+    } else if (answered) {
+        model.setUpFrom(hosted.host.status);
+    } else if (retrying) {
+        model.showRows(false);
     }
+    retrying = first && !answered;
     // Timers of a second are coarse: a twentieth to either side.
     const bool toFirstPoll = !retrying && now < firstPoll - 200ms;
     const auto next = toFirstPoll ? firstPoll : now + 1000ms;
@@ -181,10 +170,9 @@ QStringList chosenSteps(const std::function<int(int)> &pick, int count)
     for (int i = 0; i < count; ++i) {
         const QString kind = one("press press press key wait wait wait camera answer host");
         if (kind == "press")
-            steps << one(
-                "frame_title frame_title sw_title sw_title rb_normal rb_hand rb_whiteboard "
-                "rb_normal_mode rb_sport sw_picture_mode sw_picture_mode wg_half_body "
-                "wg_full_body wg_multi_body");
+            steps << one("frame_title frame_title sw_title sw_title rb_normal rb_hand "
+                         "rb_whiteboard rb_normal_mode rb_sport sw_picture_mode sw_picture_mode "
+                         "wg_half_body wg_full_body wg_multi_body");
         else if (kind == "key")
             steps << "key " + one("frame_title sw_title sw_picture_mode");
         else if (kind == "wait")
@@ -194,10 +182,7 @@ QStringList chosenSteps(const std::function<int(int)> &pick, int count)
         else
             steps << (kind == "camera" ? camera() : answer());
         if (steps.last() == "frame_title") // which takes a press in 200 ms
-            steps << "wait=100"
-                  << "frame_title"
-                  << "wait=100"
-                  << "frame_title";
+            steps += {"wait=100", "frame_title", "wait=100", "frame_title"};
     }
     return steps << "wait=250";
 }

@@ -30,11 +30,10 @@ private:
     void take(const QString &step);
     void insert();
     void wait(Time span);
-    bool isSliding(const PanelModel::Switch &which);
+    SwitchButton &buttonOf(const PanelModel::Switch &which);
     void endSlides();
     void meanwhile();
     void read();
-    Time leap();
     Time untilPoll();
 
     PanelModel model;

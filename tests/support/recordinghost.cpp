@@ -12,7 +12,7 @@ QStringList RecordingHost::takeSent()
 void RecordingHost::installIn(OrvPluginApi &plugin)
 {
     plugin.commandChannel = [this](int request, const QVariant &record) {
-        QVariant reply = answer(request, record);
+        const QVariant reply = answer(request, record);
         if (meanwhile)
             meanwhile();
         return reply;
@@ -21,49 +21,46 @@ void RecordingHost::installIn(OrvPluginApi &plugin)
 
 QVariant RecordingHost::answer(int request, const QVariant &record)
 {
-    if (request == 0 && record.userType() == qMetaTypeId<SettingData>()) {
+    const auto note = [this](bool isSound, const QString &word) {
+        traffic << (isSound ? word : "malformed " + word);
+    };
+    const auto isRecord = [&](int kind, int type) {
+        return request == kind && record.userType() == type;
+    };
+    if (isRecord(0, qMetaTypeId<SettingData>())) {
         const auto query = record.value<SettingData>();
-        const bool sound = query.value.userType() == QMetaType::Int && query.value == 0;
-        traffic << (sound ? query.name : "malformed query");
+        note(query.value.userType() == QMetaType::Int && query.value == 0, query.name);
         return query.name == "language" ? language : QVariant();
     }
-    if (request == 3 && record.userType() == qMetaTypeId<CameraData>()) {
+    if (isRecord(3, qMetaTypeId<CameraData>())) {
         const auto notice = record.value<CameraData>();
-        const bool sound = notice.object && notice.object->objectName() == "rb_hand" &&
-                           notice.flag && notice.param1 == 3 && notice.param2 == 0 &&
-                           notice.param3 == 2;
-        traffic << (sound ? "notice" : "malformed notice");
+        note(notice.object->objectName() == "rb_hand" && notice.flag && notice.param1 == 3 &&
+                 notice.param2 == 0 && notice.param3 == 2,
+             "notice");
         return {};
     }
-    if (request == 4 && record.userType() == qMetaTypeId<ExtensionUnit>())
-        return answer(record.value<ExtensionUnit>());
-    traffic << "unknown request";
-    return {};
-}
-
-QVariant RecordingHost::answer(const ExtensionUnit &unit)
-{
-    const QByteArray data(reinterpret_cast<const char *>(unit.data), sizeof unit.data);
-    if (!unit.write) {
-        const bool sound = unit.selector == 8 && unit.length == 0 && data.count('\0') == 255;
-        traffic << (sound ? "read" : "malformed read");
-        if (foreignAnswer.isValid())
-            return foreignAnswer;
-        ExtensionUnit reply;
-        reply.selector = 8;
-        reply.length = length;
-        // Nothing may depend on the rest.
-        const QByteArray bytes = status.leftJustified(sizeof reply.data, '\xA5');
-        std::copy(bytes.cbegin(), bytes.cend(), reply.data);
-        return QVariant::fromValue(reply);
+    if (!isRecord(4, qMetaTypeId<ExtensionUnit>())) {
+        note(false, "request");
+        return {};
     }
-    QByteArray expected = QByteArray::fromHex("FF530500") + '\1' + data.mid(5, 1);
-    expected[3] = data.at(3);
-    const bool sound =
-        unit.selector == 7 && unit.length == 60 && data == expected.leftJustified(255, '\0');
-    traffic << (sound ? QString("%1=%2")
-                            .arg(int(data.at(3)), 2, 16, QLatin1Char('0'))
-                            .arg(int(data.at(5)))
-                      : "malformed command");
-    return {};
+    const auto unit = record.value<ExtensionUnit>();
+    const QByteArray data(reinterpret_cast<const char *>(unit.data), sizeof unit.data);
+    if (unit.write) {
+        QByteArray due = QByteArray::fromHex("FF5305000100");
+        due[3] = data.at(3);
+        due[5] = data.at(5);
+        note(unit.selector == 7 && unit.length == 60 && data == due.leftJustified(255, '\0'),
+             QString("%1=%2").arg(data.mid(3, 1).toHex().data()).arg(int(data.at(5))));
+        return {};
+    }
+    note(unit.selector == 8 && unit.length == 0 && data.count('\0') == 255, "read");
+    if (foreignAnswer.isValid())
+        return foreignAnswer;
+    ExtensionUnit reply;
+    reply.selector = 8;
+    reply.length = length;
+    // Nothing may depend on the rest.
+    const QByteArray bytes = status.leftJustified(sizeof reply.data, '\xA5');
+    std::copy(bytes.cbegin(), bytes.cend(), reply.data);
+    return QVariant::fromValue(reply);
 }

@@ -10,7 +10,7 @@ class RecordingHost
 {
 public:
     QVariant language = 1;
-    QByteArray status = QByteArray::fromHex("0000000100"); ///< the camera's bytes
+    QByteArray status = QByteArray::fromHex("0001000100"); ///< the camera's bytes
     quint64 length = 60;                                   ///< what an answer claims to hold
     QVariant foreignAnswer;                                ///< given to a read if valid
     std::function<void()> meanwhile;                       ///< called in each request, if set
@@ -23,5 +23,4 @@ public:
 
 private:
     QVariant answer(int request, const QVariant &record);
-    QVariant answer(const ExtensionUnit &unit);
 };
