@@ -25,7 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uchar *bytes, size_t size)
     const auto locate = [](BgLineLabel &which, int location) {
         which.setStyleSheet(QString("location:%1;").arg(location));
     };
-    int location = input.take<qint8>();
+    int location = int(input.take()) - 128;
     locate(label, location);
     const QString sheet = QString::fromUtf8(input.left);
     if (sheet.contains("url", Qt::CaseInsensitive))

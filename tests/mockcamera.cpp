@@ -13,11 +13,10 @@
 /// see that umockdev hands a camera over to its own.
 static std::mutex mutex;
 
-MockCamera::MockCamera(const Testbed &testbed, const QByteArray &serial,
-                       const QByteArray &descriptors)
+MockCamera::MockCamera(const Testbed &testbed, QByteArray serial, QByteArray descriptors)
     : m_testbed(testbed.get())
-    , m_serial(serial)
-    , m_descriptors(descriptors)
+    , m_serial(std::move(serial))
+    , m_descriptors(std::move(descriptors))
 {
     g_signal_connect(m_handler, "handle-ioctl", G_CALLBACK(handle), this);
 }
@@ -112,9 +111,9 @@ MockCamera::Reply MockCamera::answer(UMockdevIoctlClient *client)
     const bool isCapture = m_captureNode == umockdev_ioctl_client_get_devnode(client);
     if (request == VIDIOC_QUERYCAP) {
         v4l2_capability capability = {};
-        std::strcpy(reinterpret_cast<char *>(capability.card), "A\033camera");
-        std::strcpy(reinterpret_cast<char *>(capability.driver), "uvcvideo");
-        std::strcpy(reinterpret_cast<char *>(capability.bus_info), "usb-0000:00:14.0-2.3");
+        qstrcpy(reinterpret_cast<char *>(capability.card), "A\033camera");
+        qstrcpy(reinterpret_cast<char *>(capability.driver), "uvcvideo");
+        qstrcpy(reinterpret_cast<char *>(capability.bus_info), "usb-0000:00:14.0-2.3");
         capability.device_caps = isCapture ? V4L2_CAP_VIDEO_CAPTURE : V4L2_CAP_META_CAPTURE;
         std::memcpy(resolve(argument, 0, sizeof capability)->data, &capability, sizeof capability);
         return {};

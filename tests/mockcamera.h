@@ -33,7 +33,7 @@ public:
     };
 
     /// To be plugged in.
-    MockCamera(const Testbed &testbed, const QByteArray &serial, const QByteArray &descriptors);
+    MockCamera(const Testbed &testbed, QByteArray serial, QByteArray descriptors);
     ~MockCamera();
     Q_DISABLE_COPY(MockCamera)
 

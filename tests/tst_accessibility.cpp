@@ -134,8 +134,8 @@ private Q_SLOTS:
     void keys()
     {
         const QStringList words = QString(QTest::currentDataTag()).split(' ');
-        const int keys = QKeySequence(words.last())[0];
-        QKeyEvent event(QEvent::KeyPress, keys & ~Qt::KeyboardModifierMask,
+        const auto keys = int(QKeySequence(words.last())[0]);
+        QKeyEvent event(QEvent::KeyPress, int(keys & ~Qt::KeyboardModifierMask),
                         Qt::KeyboardModifiers(keys & Qt::KeyboardModifierMask), {},
                         words.contains("held"));
         OpenPanel open;

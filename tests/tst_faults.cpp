@@ -33,7 +33,8 @@ struct Stage : QObject
 
     void press(const char *names)
     {
-        for (const QString &name : QString(names).split(' ')) {
+        const QStringList controls = QString(names).split(' ');
+        for (const QString &name : controls) {
             if (!hosted->press(name))
                 notes << "no " + name;
         }
@@ -163,7 +164,7 @@ const struct Row
      [](Stage &stage) {
          stage.begin();
          stage.press("rb_hand");
-         QTimer::singleShot(0, [&stage] { stage.hosted.reset(); });
+         QTimer::singleShot(0, qApp, [&stage] { stage.hosted.reset(); });
      },
      ""},
     {"the channel's end of a click opens a dialog, and the camera falls silent",
@@ -172,7 +173,7 @@ const struct Row
          stage.host().meanwhile = [&stage] {
              stage.host().meanwhile = nullptr;
              stage.host().length = 0;
-             QTimer::singleShot(0, [&stage] {
+             QTimer::singleShot(0, qApp, [&stage] {
                  advance(100ms);
                  stage.noteUpdates(stage.window());
              });
@@ -275,7 +276,8 @@ private Q_SLOTS:
         Stage stage;
         row.play(stage);
         advance(150ms);
-        for (const QWidget *window : QApplication::topLevelWidgets())
+        const auto windows = QApplication::topLevelWidgets();
+        for (const QWidget *window : windows)
             QVERIFY(window->updatesEnabled());
         if (stage.hosted && stage.hosted->panel) {
             QCOMPARE(stage.hosted->shown(), QString(row.shown));
@@ -292,7 +294,7 @@ private Q_SLOTS:
         stage.host().status = QByteArray::fromHex("0001000101");
         stage.begin();
         QStringList paints;
-        for (const QString control :
+        for (const char *control :
              {"frame_title", "frame_title", "rb_hand", "rb_normal", "rb_sport", "wg_full_body",
               "sw_picture_mode", "poll", "sw_title"}) {
             stage.paints.clear();

@@ -133,7 +133,8 @@ private Q_SLOTS:
             display.setRoundCorder(display.corner = i / 2 % 2 * 40);
             display.setPreviewOri(i / 4 % 5);
             display.angle = angles[i / 4 % 5];
-            const qreal ratio = 1 + i / 20 * 0.5;
+            const int halves = 2 + i / 20;
+            const qreal ratio = halves * 0.5;
             const QImage wanted = display.painted(place, ratio);
             const std::string what = "translucent " + std::to_string(i % 2) + ", ratio " +
                                      std::to_string(ratio) + ", corner " +

@@ -110,7 +110,7 @@ private Q_SLOTS:
         QImage wanted = emptyImage(61, 31);
         QPainter painter(&wanted);
         painter.setRenderHint(QPainter::Antialiasing);
-        QPen pen(QColor("#525760"), 1.0, Qt::CustomDashLine, Qt::SquareCap, Qt::BevelJoin);
+        QPen pen(QColor(0x525760), 1.0, Qt::CustomDashLine, Qt::SquareCap, Qt::BevelJoin);
         pen.setDashPattern({5, 2});
         painter.setPen(pen);
         for (int i = 0; i < guide.lines.size(); ++i) {
@@ -157,10 +157,10 @@ private Q_SLOTS:
         QPainter painter(&wanted);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(QColor("#282B30"));
+        painter.setBrush(QColor(0x282B30));
         painter.drawRoundedRect(wanted.rect(), 5, 5);
         painter.drawRoundedRect(wanted.rect(), 5, 5); // of the label, a frame too
-        painter.setPen(QColor("#99CECEDA"));
+        painter.setPen(QColor::fromRgba(0x99CECEDA));
         QFont font;
         font.setPointSize(9);
         painter.setFont(font);

@@ -94,7 +94,7 @@ public:
         set(tracking, body, true);
         compositionTitle = body && camera[2] == 0;
         compositionRow = compositionTitle && camera[4] != 0;
-        type = quint8(camera[2]) < 3 ? camera[2] : 0;
+        type = quint8(camera[2]) < 3 ? quint8(camera[2]) : 0;
         mode = camera[3] == 2 ? 2 : 1;
     }
 
@@ -107,7 +107,7 @@ public:
             body = on;
         }
         if (quint8(camera[2]) < 3)
-            type = camera[2];
+            type = quint8(camera[2]);
         compositionTitle = on && camera[2] == 0;
         compositionRow = compositionTitle && composed.on;
     }

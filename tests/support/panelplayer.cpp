@@ -10,7 +10,9 @@ using namespace std::chrono_literals;
 PanelPlayer::PanelPlayer()
 {
     now += 1000s - now % 1000s; // what coarse timers make of their intervals depends on it
-    hosted.host.meanwhile = std::bind(&PanelPlayer::meanwhile, this);
+    hosted.host.meanwhile = [this] {
+        meanwhile();
+    };
 }
 
 QString PanelPlayer::play(const QStringList &steps)
@@ -108,7 +110,8 @@ SwitchButton &PanelPlayer::buttonOf(const PanelModel::Switch &which)
 
 void PanelPlayer::endSlides()
 {
-    for (PanelModel::Switch *const which : QVector<PanelModel::Switch *>(model.slides)) {
+    const auto slides = model.slides;
+    for (PanelModel::Switch *const which : slides) {
         const bool sliding = buttonOf(*which).isSliding();
         const auto time = now - which->since;
         if (sliding ? time > 150ms : time < 80ms)
@@ -124,8 +127,8 @@ void PanelPlayer::meanwhile()
     if (word == "read")
         read();
     else if (obeys && word.contains('=')) // in the order of the camera's bytes
-        hosted.host.status[QString("04100713").indexOf(word.left(2)) / 2 + 1] =
-            char(word.mid(3).toInt());
+        hosted.host.status[QString("04100713").indexOf(word.leftRef(2)) / 2 + 1] =
+            char(word.midRef(3).toInt());
 }
 
 void PanelPlayer::read()

@@ -12,7 +12,7 @@ QStringList RecordingHost::takeSent()
 void RecordingHost::installIn(OrvPluginApi &plugin)
 {
     plugin.commandChannel = [this](int request, const QVariant &record) {
-        const QVariant reply = answer(request, record);
+        QVariant reply = answer(request, record);
         if (meanwhile)
             meanwhile();
         return reply;
@@ -34,8 +34,8 @@ QVariant RecordingHost::answer(int request, const QVariant &record)
     }
     if (isRecord(3, qMetaTypeId<CameraData>())) {
         const auto notice = record.value<CameraData>();
-        note(notice.object->objectName() == "rb_hand" && notice.flag && notice.param1 == 3 &&
-                 notice.param2 == 0 && notice.param3 == 2,
+        note(notice.object && notice.object->objectName() == "rb_hand" && notice.flag &&
+                 notice.param1 == 3 && notice.param2 == 0 && notice.param3 == 2,
              "notice");
         return {};
     }
