@@ -47,6 +47,9 @@ private Q_SLOTS:
             expectedWarnings.setPattern("The largest allowed size is");
     }
 
+    // An animation whose switch has gone ends with the next tick.
+    void cleanup() { VirtualTime::advance(std::chrono::milliseconds(50)); }
+
     void density()
     {
         HostedPanel hosted;

@@ -64,7 +64,7 @@ struct Display : PixmapDisplay
     {
         QImage image(size() * ratio, QImage::Format_ARGB32_Premultiplied);
         image.setDevicePixelRatio(ratio);
-        image.fill(QColor(200, 120, 40));
+        image.fill(below);
         return image;
     }
 
@@ -95,6 +95,7 @@ struct Display : PixmapDisplay
     QPixmap picture;
     int angle = 0;
     int corner = 0;
+    QColor below{200, 120, 40};
     QColor over = Qt::transparent;
 };
 
@@ -175,6 +176,7 @@ private Q_SLOTS:
     void showsNoPicture()
     {
         Display display{QPixmap()};
+        display.below = Qt::transparent;
         display.setBackground(QColor(0, 80, 160, 100));
         QImage wanted = display.ground();
         QPainter painter(&wanted);
