@@ -2,6 +2,7 @@
 
 #include "areatile.h"
 #include "bglinelabel.h"
+#include "look.h"
 #include "objectscaling.h"
 #include "pixmapdisplay.h"
 #include "pixmaputils.h"
@@ -24,7 +25,6 @@
 
 namespace {
 
-constexpr int textPoints = 9;
 constexpr int animationTime = 1500; // ms
 constexpr QSize pictureSize(640, 360);
 
@@ -169,9 +169,7 @@ Gallery::Gallery()
 {
     setWindowTitle(QStringLiteral("Widget gallery"));
     // Not the window's own: under a style sheet a widget falls back on the application's.
-    QFont font = QApplication::font();
-    font.setPointSize(textPoints);
-    QApplication::setFont(font);
+    QApplication::setFont(Look::font());
 
     auto *scaleText = new QLabel(QStringLiteral("1.0x"));
     m_scale->setRange(10, 30);

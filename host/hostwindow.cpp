@@ -3,16 +3,13 @@
 #include "camerapanel.h"
 #include "commandchannel.h"
 #include "errornames.h"
+#include "look.h"
 #include "tracepanel.h"
 #include "transferqueue.h"
 
-#include <QApplication>
 #include <QLabel>
-#include <QPalette>
 #include <QPushButton>
-#include <QStyleFactory>
 #include <QTimer>
-#include <QToolTip>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -24,17 +21,8 @@ namespace {
 /// The panel's width at 96 dots per inch, where the other sizes are given too.
 constexpr int panelWidth = 374;
 constexpr int windowHeight = 640;
-constexpr int headingPoints = 12;
-constexpr int textPoints = 9;
 /// How long a sentence stands in for the camera's condition.
 constexpr std::chrono::seconds noticeTime(5);
-
-QFont textFont(int points = textPoints)
-{
-    QFont font = QApplication::font();
-    font.setPointSize(points);
-    return font;
-}
 
 QString describe(const CameraCondition &condition)
 {
@@ -76,7 +64,7 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
     left->addWidget(reset, 0, Qt::AlignHCenter);
 
     auto *right = new QWidget;
-    right->setFont(textFont());
+    right->setFont(Look::font());
     auto *rightLayout = new QVBoxLayout(right);
     rightLayout->setContentsMargins(0, 0, 0, 0);
     rightLayout->setSpacing(margin);
@@ -84,7 +72,7 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
         rightLayout->addWidget(new CameraPanel(*simulated));
     auto *trace = new TracePanel;
     rightLayout->addWidget(trace, 1);
-    reset->setFont(textFont());
+    reset->setFont(Look::font());
 
     auto *columns = new QHBoxLayout;
     columns->setSpacing(margin);
@@ -94,7 +82,7 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
     layout->setContentsMargins(margin, margin, margin, margin);
     layout->addLayout(columns, 1);
     m_condition->setObjectName(QStringLiteral("lb_condition"));
-    m_condition->setFont(textFont());
+    m_condition->setFont(Look::font());
     // A long sentence does not widen the window.
     m_condition->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     layout->addWidget(m_condition);
@@ -108,27 +96,6 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
     });
     connect(&queue, &TransferQueue::conditionChanged, this, &HostWindow::showCondition);
     showCondition();
-}
-
-void HostWindow::applyDarkLook()
-{
-    const QColor text(0xE6E8EC);
-    const QColor dim(0x6B7079);
-    QPalette dark(QColor(0x282B30), QColor(0x1B1D21));
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText,
-                            QPalette::ToolTipText, QPalette::HighlightedText}) {
-        dark.setColor(role, text);
-        dark.setColor(QPalette::Disabled, role, dim);
-    }
-    dark.setColor(QPalette::Base, QColor(0x25282D));
-    dark.setColor(QPalette::AlternateBase, QColor(0x202327));
-    dark.setColor(QPalette::ToolTipBase, QColor(0x282B30));
-    dark.setColor(QPalette::Highlight, QColor(0x3A3F46));
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    QApplication::setPalette(dark);
-    // The panel's title has no size of its own.
-    QApplication::setFont(textFont(headingPoints));
-    QToolTip::setFont(textFont());
 }
 
 void HostWindow::showCondition()

@@ -20,9 +20,6 @@ public:
     /// What the panel is to be inserted into. The window owns it.
     QWidget *panelContainer() const { return m_panelContainer; }
 
-    /// Gives the application the dark look that the panel's colours are made for.
-    static void applyDarkLook();
-
 Q_SIGNALS:
     /// The user asks for the factory defaults.
     void resetRequested();

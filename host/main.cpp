@@ -1,6 +1,7 @@
 #include "commandchannel.h"
 #include "gallery.h"
 #include "hostwindow.h"
+#include "look.h"
 #include "opencamera.h"
 #include "options.h"
 #include "orvpluginapi.h"
@@ -75,7 +76,7 @@ int runHost(const Options &options, int &argc, char **argv)
         qputenv("QT_SCALE_FACTOR", options.scaleFactor);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     const QApplication application(argc, argv);
-    HostWindow::applyDarkLook();
+    Look::applyDark();
     if (options.gallery)
         return runGallery(options);
 

@@ -1,5 +1,7 @@
 #include "tracepanel.h"
 
+#include "look.h"
+
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
@@ -18,7 +20,6 @@
 
 namespace {
 
-constexpr int textPoints = 9;
 constexpr QRgb changedColor = 0xFFFF7A94;
 
 /// What each column must have room for.
@@ -32,16 +33,9 @@ constexpr const char *widest[TraceModel::Count] = {
     "superseded",
     "FF FF FF FF FF FF"};
 
-QFont textFont()
-{
-    QFont font = QApplication::font();
-    font.setPointSize(textPoints);
-    return font;
-}
-
 QFont byteFont()
 {
-    QFont font(QStringLiteral("monospace"), textPoints);
+    QFont font(QStringLiteral("monospace"), Look::textPoints);
     font.setStyleHint(QFont::Monospace);
     return font;
 }
@@ -104,13 +98,12 @@ TracePanel::TracePanel()
     layout->addWidget(m_table);
 
     // Whoever looks at earlier rows is not taken away from them.
-    const auto atBottom = [this] {
+    connect(&m_rows, &QAbstractItemModel::rowsAboutToBeInserted, this, [this] {
         const QScrollBar *const bar = m_table->verticalScrollBar();
-        m_table->setProperty("atBottom", bar->value() == bar->maximum());
-    };
-    connect(&m_rows, &QAbstractItemModel::rowsAboutToBeInserted, this, atBottom);
+        m_atBottom = bar->value() == bar->maximum();
+    });
     connect(&m_rows, &QAbstractItemModel::rowsInserted, this, [this] {
-        if (m_table->property("atBottom").toBool())
+        if (m_atBottom)
             m_table->scrollToBottom();
     });
 }
@@ -160,10 +153,10 @@ void TracePanel::addTools(QHBoxLayout &tools)
 void TracePanel::layOutColumns()
 {
     QHeaderView *const header = m_table->horizontalHeader();
-    header->setFont(textFont());
+    header->setFont(Look::font());
     header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     header->setHighlightSections(false);
-    const QFontMetrics proportional(textFont());
+    const QFontMetrics proportional(Look::font());
     const QFontMetrics fixed(byteFont());
     const int padding = proportional.averageCharWidth() * 2;
     // The scroll bar, and what stands around a table in a group.
@@ -205,12 +198,13 @@ void TracePanel::save()
     dialog->setDefaultSuffix(QStringLiteral("jsonl"));
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &path) {
         QSaveFile file(path);
-        file.open(QIODevice::WriteOnly);
-        for (int row = 0; row < m_rows.rowCount(); ++row)
-            file.write(
-                m_trace.transfer(m_rows.mapToSource(m_rows.index(row, 0)).row()).toJsonLine());
-        Q_EMIT noticed((file.commit() ? QStringLiteral("Saved \"%1\".")
-                                      : QStringLiteral("Cannot write the file \"%1\"."))
+        bool written = file.open(QIODevice::WriteOnly);
+        for (int row = 0; written && row < m_rows.rowCount(); ++row) {
+            const int source = m_rows.mapToSource(m_rows.index(row, 0)).row();
+            written = file.write(m_trace.transfer(source).toJsonLine()) > 0;
+        }
+        Q_EMIT noticed((written && file.commit() ? QStringLiteral("Saved \"%1\".")
+                                                 : QStringLiteral("Cannot write the file \"%1\"."))
                            .arg(path));
     });
     dialog->open();

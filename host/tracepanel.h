@@ -33,4 +33,5 @@ private:
     TraceFilter m_rows;
     QTableView *m_table;
     int m_wantedWidth = 0;
+    bool m_atBottom = true; ///< before rows came
 };
