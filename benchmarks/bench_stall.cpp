@@ -4,14 +4,13 @@
 #include "application.h"
 #include "benchmark.h"
 #include "commandchannel.h"
-#include "controltrackingplugin.h"
+#include "hostedpanel.h"
 #include "simulatedcamera.h"
 #include "transferqueue.h"
 
 #include <QAbstractButton>
 #include <QElapsedTimer>
 #include <QTimer>
-#include <QVBoxLayout>
 
 #include <algorithm>
 #include <iterator>
@@ -32,14 +31,11 @@ constexpr auto clickInterval = 70ms;
 /// The longest time in ns between two turns of the event loop, from the first poll after set-up on.
 double longestStall(const Channel &channel)
 {
-    QWidget window;
-    window.resize(400, 600);
-    auto *const container = new QWidget(&window);
-    new QVBoxLayout(container);
+    HostWindow host;
     auto *const panel = new ControlTrackingPlugin;
     panel->commandChannel = channel;
-    panel->insertWidget(container);
-    window.show();
+    panel->insertWidget(host.container);
+    host.window.show();
     QCoreApplication::processEvents();
 
     QTimer clicks;

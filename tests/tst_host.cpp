@@ -21,6 +21,7 @@ private Q_SLOTS:
     void transfers_data();
     void transfers();
     void folding();
+    void commandLine_data();
     void commandLine();
     void tour_data();
     void tour();
@@ -169,8 +170,10 @@ static std::pair<int, QString> runHost(const QStringList &arguments)
     return {ended ? host.exitCode() : -1, QString::fromLocal8Bit(host.readAll())};
 }
 
-void TestHost::commandLine()
+void TestHost::commandLine_data()
 {
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("says");
     const std::tuple<const char *, int, const char *> rows[] = {
         {"--help", 0, "--status"},
         {"--version", 0, "orvhost 1"},
@@ -195,13 +198,18 @@ void TestHost::commandLine()
         {OTHER_PLUGIN, 1, "com.talsen.OrvPluginApi"},
         {"--screenshot /nowhere/a.png", 1, "Cannot write"},
     };
-    for (const auto &[arguments, exitCode, says] : rows) {
-        // A path stands alone, and may have spaces in it.
-        const QString text(arguments);
-        const auto [code, output] =
-            runHost(QFile::exists(text) ? QStringList(text) : text.split(' '));
-        QVERIFY2(code == exitCode && output.contains(says), qPrintable(text + ": " + output));
-    }
+    for (const auto &[arguments, exitCode, says] : rows)
+        QTest::newRow(arguments) << exitCode << says;
+}
+
+void TestHost::commandLine()
+{
+    QFETCH(QString, says);
+    // A path stands alone, and may have spaces in it.
+    const QString text(QTest::currentDataTag());
+    const auto [code, output] = runHost(QFile::exists(text) ? QStringList(text) : text.split(' '));
+    QTEST(code, "exitCode");
+    QVERIFY2(output.contains(says), qPrintable(output));
 }
 
 void TestHost::tour_data()

@@ -96,7 +96,8 @@ struct HeldQueue
         const int before = camera->begun();
         camera->hold();
         send(setting, value);
-        QTRY_COMPARE(camera->begun(), before + 1);
+        if (!QTest::qWaitFor([&] { return camera->begun() == before + 1; }))
+            qFatal("The camera was not asked.");
     }
     /// The number of the block; 0: no answer.
     int read() { return queue.readStatus().leftJustified(1, '\0').at(0); }
