@@ -47,7 +47,7 @@ Field fieldOf(const QByteArray &command)
     return Reserved;
 }
 
-QString refusal(bool write, qint64 selector, const QByteArray &bytes)
+QString framingProblem(bool write, qint64 selector, const QByteArray &bytes)
 {
     if (selector != (write ? commandSelector : statusSelector))
         return QStringLiteral("control %1 is not for this").arg(selector);
@@ -57,6 +57,14 @@ QString refusal(bool write, qint64 selector, const QByteArray &bytes)
         return QStringLiteral("%1 bytes instead of %2").arg(bytes.size()).arg(blockLength);
     if (!bytes.startsWith("\xFF\x53\x05"))
         return QStringLiteral("the header is not FF 53 05");
+    return {};
+}
+
+QString refusal(bool write, qint64 selector, const QByteArray &bytes)
+{
+    const QString problem = framingProblem(write, selector, bytes);
+    if (!write || !problem.isEmpty())
+        return problem;
     const Field field = fieldOf(bytes);
     if (field == Reserved) {
         return QStringLiteral("unknown command 0x%1")

@@ -26,6 +26,10 @@ constexpr int valueOffset = 5;     ///< where it has the value
 /// The field that a command sets; Reserved if there is no such command.
 Field fieldOf(const QByteArray &command);
 
+/// Why this is not a transfer of the tracking protocol: control, size or header of a command. Empty
+/// if it is one. `bytes` are those of a write.
+QString framingProblem(bool write, qint64 selector, const QByteArray &bytes);
+
 /// Why no camera takes this transfer; empty if one does. `bytes` are those of a write.
 QString refusal(bool write, qint64 selector, const QByteArray &bytes);
 

@@ -8,10 +8,7 @@
 #include <QPluginLoader>
 #include <QVersionNumber>
 
-namespace {
-
-/// Why this host cannot use a plug-in with this metadata; empty if it can.
-QString metaDataProblem(const QJsonObject &metaData)
+QString PluginFile::interfaceProblem(const QJsonObject &metaData)
 {
     if (metaData.isEmpty())
         return QStringLiteral("it is not a Qt plug-in");
@@ -20,7 +17,11 @@ QString metaDataProblem(const QJsonObject &metaData)
     const QString found = metaData.value(QLatin1String("IID")).toString();
     if (found != wanted)
         return QStringLiteral("it is a plug-in for \"%1\", not for \"%2\"").arg(found, wanted);
+    return {};
+}
 
+QString PluginFile::versionProblem(const QJsonObject &metaData)
+{
     const int version = metaData.value(QLatin1String("version")).toInt();
     const QVersionNumber built(version >> 16, (version >> 8) & 0xFF);
     const QVersionNumber running = QVersionNumber::fromString(QLatin1String(qVersion()));
@@ -31,16 +32,16 @@ QString metaDataProblem(const QJsonObject &metaData)
     return {};
 }
 
-} // namespace
-
 PluginFile PluginFile::load(const QString &path)
 {
     PluginFile plugin;
     const QFileInfo file(path);
     // A relative name would be looked for in Qt's plug-in folders.
     QPluginLoader loader(file.absoluteFilePath());
-    QString problem = file.isFile() ? metaDataProblem(loader.metaData())
+    QString problem = file.isFile() ? interfaceProblem(loader.metaData())
                                     : QStringLiteral("there is no such file");
+    if (problem.isEmpty())
+        problem = versionProblem(loader.metaData());
     if (problem.isEmpty()) {
         plugin.object = loader.instance();
         plugin.api = qobject_cast<OrvPluginApi *>(plugin.object);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QString>
 
 class OrvPluginApi;
@@ -14,6 +15,11 @@ struct PluginFile
 
     /// Loads the plug-in in `path`. None of its code runs before its metadata is found fit.
     static PluginFile load(const QString &path);
+
+    /// Why no host can use a plug-in with this metadata: it is for another interface, or for
+    /// another Qt. Empty if neither is so.
+    static QString interfaceProblem(const QJsonObject &metaData);
+    static QString versionProblem(const QJsonObject &metaData);
 
     /// The module beside this program: in its folder or in the build's plug-in folder.
     static QString defaultPath();

@@ -3,7 +3,6 @@
 
 #include <QJsonObject>
 #include <QPluginLoader>
-#include <QProcess>
 
 static const QString module = QStringLiteral(M24_MODULE);
 
@@ -13,15 +12,6 @@ class TestModule : public Test
     Q_OBJECT
 
 private Q_SLOTS:
-    void exports()
-    {
-        QProcess nm;
-        nm.start("nm", {"-D", "--defined-only", "--format=just-symbols", module});
-        QVERIFY(nm.waitForFinished());
-        QCOMPARE(nm.readAllStandardOutput(),
-                 QByteArray("qt_plugin_instance\nqt_plugin_query_metadata\n"));
-    }
-
     // A host that takes back the default of keeping libraries: what is installed and due stays
     // sound.
     void usedAndUnloaded()

@@ -22,6 +22,14 @@ void start()
     clock_gettime(CLOCK_MONOTONIC, &real);
     now = 1000s * (real.tv_sec / 1000 + 1);
     rules = true;
+    // A loop that would wait, such as that of a dialog, moves the clock itself.
+    if (auto *const dispatcher = QAbstractEventDispatcher::instance()) {
+        QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, dispatcher,
+                         [dispatcher] {
+                             now += 10ms;
+                             dispatcher->wakeUp();
+                         });
+    }
 }
 
 void catchUp()

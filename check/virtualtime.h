@@ -2,9 +2,10 @@
 
 #include <chrono>
 
-/// A clock that only the test moves. Once it is started Qt's timers, animations and times of day
-/// follow it in the thread that started it, so that whatever waits there (QTest::qWait, QTRY_*)
-/// would never end. The C library's CLOCK_REALTIME stays real: fuzzing engines go by it.
+/// A clock that only the program moves. Once it is started Qt's timers, animations and times of day
+/// follow it in the thread that started it. An event loop that waits there moves it on by 10 ms at
+/// a time; other waits, such as a sleep, do not. The C library's CLOCK_REALTIME stays real: fuzzing
+/// engines go by it.
 namespace VirtualTime {
 
 using namespace std::chrono_literals;
