@@ -4,7 +4,7 @@
 #include "simulatedcamera.h"
 
 #include <QPointer>
-#include <QStringList>
+#include <QVector>
 #include <QWidget>
 
 #include <mutex>
@@ -18,10 +18,12 @@ struct Request
     QVariant record;
     bool onGuiThread;
 
+    /// Of an extension request; all zero in the others.
+    ExtensionUnit unit() const { return record.value<ExtensionUnit>(); }
+    QByteArray bytes() const;
+
     /// Whether it asks for something; all others tell the camera or the host something.
     bool asks() const;
-    /// Of an extension request; empty for all others.
-    QByteArray bytes() const;
     QString inWords() const;
 };
 
@@ -32,23 +34,14 @@ struct Request
 class CheckedPanel
 {
 public:
-    /// Loads the plug-in and installs the channel. The window has room for any panel, and is not
-    /// shown. A plug-in that cannot be loaded ends the check.
+    /// Loads the plug-in and installs the channel. A plug-in that cannot be loaded ends the check.
     static CheckedPanel &load(const Task &task);
 
     /// Loads, inserts, shows, and lives through a tenth of a second.
     static CheckedPanel &open(const Task &task);
 
-    QWidget *window() const { return m_window; }
-    QWidget *container() const { return m_container; }
-    OrvPluginApi &api() const { return *m_api; }
-    QPointer<QObject> instance() const { return m_instance; }
-    SimulatedCamera &camera() { return m_camera; }
-
-    /// Calls insertWidget().
-    void insert() { m_api->insertWidget(m_container); }
-
-    void destroyPanel() { delete m_instance.data(); }
+    void insert() { api->insertWidget(container); }
+    void destroyPanel() { delete instance.data(); }
 
     /// Destroys the window with all that is in it, and the plug-in, should that have outlived it.
     void destroyWindow();
@@ -65,28 +58,23 @@ public:
     /// One of the controls in one of the ways, if there are any.
     void useAny(const Task &task);
 
-    /// What was requested since the last call.
-    QVector<Request> takeRequests();
-    /// The same without what only asks.
-    QVector<Request> takeSent();
+    /// Up to four of them, with up to a second between them.
+    void useForAWhile(const Task &task);
 
-    /// The answer to a get; none set: that of the camera.
-    std::function<QVariant(const ExtensionUnit &)> answer;
-    std::function<void()> duringRequest; ///< called before a request is answered, if set
+    /// What was requested since the last call, with or without what only asks.
+    QVector<Request> takeRequests(bool alsoAsking = true);
+
+    QPointer<QWidget> window = new QWidget; ///< has room for any panel; not shown at first
+    QPointer<QWidget> container = new QWidget(window);
+    QPointer<QObject> instance;
+    OrvPluginApi *api = nullptr; ///< the same
+    SimulatedCamera camera;
     QVariant language = 1;
+    std::function<QVariant(ExtensionUnit)> answer; ///< to a get, in place of the camera's, if set
 
 private:
-    CheckedPanel() = default;
     QVariant request(int kind, const QVariant &record);
 
-    SimulatedCamera m_camera;
-    QPointer<QWidget> m_window = new QWidget;
-    QPointer<QWidget> m_container = new QWidget(m_window);
-    QPointer<QObject> m_instance;
-    OrvPluginApi *m_api = nullptr;
     std::mutex m_mutex; ///< guards m_requests
     QVector<Request> m_requests;
 };
-
-/// All of them in words, for the report of a check.
-QString inWords(const QVector<Request> &requests);

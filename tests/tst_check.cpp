@@ -58,7 +58,7 @@ private Q_SLOTS:
         row("loads-slowly", "load-time", " ms");
         row("has-no-name", "identity", "an empty one");
         row("hangs", "opens", "none within 15 s; at: insertWidget");
-        row("crashes-with-window", "destruction", "a crash (Aborted); at: destroying the window");
+        row("crashes-with-window", "destruction", "a crash (Aborted); at: destroying the window, ");
         row("writes-on-opening", "opening", "a write to control 7 (Tracking: on)");
         row("needs-layout", "containers", "none");
         row("freezes-window", "thawed", "a frozen one");
@@ -67,7 +67,7 @@ private Q_SLOTS:
         row("leaks", "lives", "100 more after 100 lives");
         row("sends-tail", "requests", "bytes beyond the value");
         row("echoes", "quiet", "a write to control 7 (Tracking: o");
-        row("calls-from-thread", "gui-thread", "a read of control 8 of another thread");
+        row("calls-from-thread", "gui-thread", "a read of control 8 of another");
         row("crashes-on-empty-answer", "answers",
             "a crash (Aborted); at: answers that are missing");
         row("crashes-in-the-long-run", "random-use", "a crash (Aborted); at: ");
@@ -99,7 +99,7 @@ private Q_SLOTS:
 
     void seedsReplay()
     {
-        const QStringList arguments{"--only", "random-use", "--seed", "7", FIXTURE};
+        const QStringList arguments{"--only", "random-use", "--seed", "1", FIXTURE};
         const QString first = check(arguments, "crashes-in-the-long-run");
         QVERIFY2(first.contains("a crash"), qPrintable(first));
         QCOMPARE(check(arguments, "crashes-in-the-long-run"), first);
