@@ -65,9 +65,11 @@ static void checkInstance(const Task &task)
 
 static void checkIdentity(const Task &task)
 {
-    auto *const api = PluginFile::load(task.plugin).api;
-    expect(api && !api->name().isEmpty(), "a name", "an empty one");
-    expect(api->category() >= 0, "a category of 0 or more", QString::number(api->category()));
+    const PluginFile plugin = PluginFile::load(task.plugin);
+    const QString name = plugin.api ? plugin.api->name() : QString();
+    expect(!name.isEmpty(), "a name", "an empty one");
+    const int category = plugin.api ? plugin.api->category() : -1;
+    expect(category >= 0, "a category of 0 or more", QString::number(category));
 }
 
 std::vector<Check> loadingChecks()

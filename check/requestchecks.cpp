@@ -32,7 +32,7 @@ static QString malformation(const Request &request)
     };
     if (std::any_of(unit.data + unit.length, std::end(unit.data), isSet))
         return "bytes beyond the length";
-    const QString problem = framingProblem(unit.write, unit.selector, request.bytes());
+    QString problem = framingProblem(unit.write, unit.selector, request.bytes());
     if (!unit.write || !problem.isEmpty())
         return problem;
     const int valueEnd = valueOffset + unit.data[valueOffset - 1];
@@ -104,7 +104,7 @@ static QVariant oddAnswer(const QString &kind, ExtensionUnit unit, const Task &t
     if (kind == "empty") {
         unit.length = 0;
     } else if (kind == "short") {
-        unit.length = static_cast<quint64>(1 + task.any(4));
+        unit.length = 1 + static_cast<quint64>(task.any(4));
     } else if (kind == "too long") {
         unit.length = ~quint64(0);
     } else if (kind == "random") {
