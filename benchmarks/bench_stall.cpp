@@ -6,13 +6,12 @@
 #include "commandchannel.h"
 #include "hostedpanel.h"
 #include "simulatedcamera.h"
+#include "stallmeter.h"
 #include "transferqueue.h"
 
 #include <QAbstractButton>
-#include <QElapsedTimer>
 #include <QTimer>
 
-#include <algorithm>
 #include <iterator>
 #include <string>
 #include <valgrind/valgrind.h>
@@ -23,7 +22,6 @@ using namespace std::chrono_literals;
 using Channel = std::function<QVariant(int, QVariant)>;
 
 constexpr auto session = 3s;
-constexpr auto heartbeat = 5ms;
 /// Both more often than a panel and a user do it.
 constexpr auto pollInterval = 100ms;
 constexpr auto clickInterval = 70ms;
@@ -52,21 +50,12 @@ double longestStall(const Channel &channel)
         read.selector = TrackingProtocol::statusSelector;
         channel(ChannelRequest::Extension, QVariant::fromValue(read));
     });
-    QTimer heart;
-    heart.setTimerType(Qt::PreciseTimer);
-    QElapsedTimer sinceBeat;
-    qint64 longest = 0;
-    QObject::connect(&heart, &QTimer::timeout, panel, [&] {
-        longest = std::max(longest, sinceBeat.nsecsElapsed());
-        sinceBeat.start();
-    });
-    sinceBeat.start();
-    heart.start(heartbeat);
+    const StallMeter stalls;
     clicks.start(clickInterval);
     polls.start(pollInterval);
     QTimer::singleShot(session, panel, &QCoreApplication::quit);
     QCoreApplication::exec();
-    return static_cast<double>(longest);
+    return static_cast<double>(stalls.longest().count());
 }
 
 double longestStallBehind(int delay)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "stallmeter.h"
 #include "trackingprotocol.h"
 #include "transfer.h"
 
@@ -46,10 +47,8 @@ private:
     QTimer m_timer;
     QElapsedTimer m_sinceStep;
     int m_agreed = 0; ///< checks since the last difference
-    QTimer m_heartbeat;
-    QElapsedTimer m_sinceHeartbeat;
-    qint64 m_longestStall = 0; ///< ms
-    qint64 m_slowest = -1;     ///< ms; of the transfers so far; -1: none has ended
+    StallMeter m_stalls;
+    qint64 m_slowest = -1; ///< ms; of the transfers so far; -1: none has ended
     TrackingProtocol::Status m_expected = {};
     QByteArray m_reported; ///< the last status block that the camera gave
     QByteArray m_printed;  ///< of the last status read that was printed
