@@ -15,6 +15,7 @@ struct PluginFile
     /// Loads the plug-in in `path`. None of its code runs before its metadata is found fit.
     static PluginFile load(const QString &path);
 
-    /// The module beside this program: in its folder or in the build's plug-in folder.
+    /// The module that goes with this program: in its folder, in the build's plug-in folder or
+    /// where it is installed.
     static QString defaultPath();
 };
