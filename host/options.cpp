@@ -57,7 +57,7 @@ void addOptions(QCommandLineParser &parser)
     parser.addOption({{latin1("h"), latin1("help")}, latin1("Print this help.")});
     parser.addOption({{latin1("v"), latin1("version")}, latin1("Print the version.")});
     parser.addPositionalArgument(
-        latin1("plugin"), latin1("The plug-in's file. Default: the one beside this program."),
+        latin1("plugin"), latin1("The plug-in's file. Default: the one that goes with this program."),
         latin1("[PLUGIN]"));
 }
 
@@ -172,5 +172,10 @@ QString Options::helpText()
 {
     QCommandLineParser parser;
     addOptions(parser);
-    return parser.helpText();
+    return parser.helpText() +
+           latin1("\nExit status:\n"
+                  "  0  It did what was asked.\n"
+                  "  1  A plug-in or camera cannot be used, the tour found a difference, or a file\n"
+                  "     cannot be written.\n"
+                  "  2  The arguments are wrong.\n");
 }
