@@ -75,10 +75,12 @@ install_missing() {
     logged packages apt_install $missing
 }
 
+# apt 3 closes the descriptor of its status to the packages' scripts: as stdout, they would fail to
+# print. sudo closes the others, so that a shell within opens one.
 apt_install() {
     as_root apt-get update -qq -o APT::Status-Fd=1 &&
-        as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq \
-            --no-install-recommends -o APT::Status-Fd=1 -o Dpkg::Use-Pty=0 "$@"
+        as_root sh -c 'DEBIAN_FRONTEND=noninteractive exec apt-get install -y -qq \
+            --no-install-recommends -o APT::Status-Fd=3 -o Dpkg::Use-Pty=0 "$@" 3>&1' sh "$@"
 }
 
 # The compiler and Qt; fonts-wqy-microhei for Chinese, x11-utils to see whether there is a display.
