@@ -28,6 +28,17 @@ function(man_page program description)
 endfunction()
 
 man_page(orvhost "load a settings panel for cameras and give it a camera")
+if(TARGET orvcheck)
+    man_page(orvcheck "check whether a settings panel for cameras keeps the contract")
+endif()
+if(TARGET orv_hostcheck)
+    # It cannot be asked for help.
+    set(page ${PROJECT_BINARY_DIR}/orv_hostcheck.7)
+    set(m24_module_folder ${CMAKE_INSTALL_PREFIX}/${m24_modules})
+    configure_file(${CMAKE_CURRENT_LIST_DIR}/orv_hostcheck.7.in ${page} @ONLY)
+    compress(${page}.gz ${page})
+    install(FILES ${page}.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man7 COMPONENT programs)
+endif()
 
 compress(${PROJECT_BINARY_DIR}/changelog.gz ${CMAKE_CURRENT_LIST_DIR}/changelog)
 foreach(component IN LISTS components)
