@@ -38,8 +38,9 @@ int main(int argc, char *argv[])
     const quint8 commands[] = {0, 0x04, 0x10, 0x07, 0x13};
     bool statusRead = false;
     panel->commandChannel = [&](int request, const QVariant &record) -> QVariant {
-        if (request == ChannelRequest::Setting)
-            return 1; // the only one there is: "language", English
+        const QString setting = record.value<SettingData>().name;
+        if (request == ChannelRequest::Setting && setting == QLatin1String("language"))
+            return 1; // English
         auto unit = record.value<ExtensionUnit>();
         if (unit.write && unit.selector == 7 && unit.length == 60) {
             const auto *const command = std::find(commands + 1, std::end(commands), unit.data[3]);
