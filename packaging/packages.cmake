@@ -57,10 +57,12 @@ A Qt 5 plug-in for camera-control applications. It adds one settings panel,
 and how the picture is composed. The panel follows what the camera does.")
 set(CPACK_DEBIAN_PLUGIN_PACKAGE_SECTION video)
 
-set(CPACK_COMPONENT_PROGRAMS_DESCRIPTION "reference host for camera settings panels
+set(CPACK_COMPONENT_PROGRAMS_DESCRIPTION "reference host and checks for camera settings panels
 The program orvhost loads a settings-panel plug-in and gives it a camera to
 work on, a simulated one or a real one. It shows every transfer between
-panel and camera and can put faults in the camera's way.")
+panel and camera and can put faults in the camera's way. The program orvcheck
+checks a panel against the contract with its host, and the module
+orv_hostcheck, loaded in place of a panel, checks the host.")
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_DEPENDS "${plugin_package} (= ${PROJECT_VERSION})")
 
