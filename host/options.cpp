@@ -48,7 +48,10 @@ void addOptions(QCommandLineParser &parser)
     };
     parser.setApplicationDescription(latin1("Loads a settings-panel plug-in and gives it a camera "
                                             "to work on: a simulated one, or one of "
-                                            "yours."));
+                                            "yours.\n\n"
+                                            "Exit status: 0 if all went well; 1 if a plug-in or "
+                                            "camera cannot be used, a file cannot be written, or "
+                                            "the tour found a difference; 2 for bad arguments."));
     for (const auto &option : options) {
         parser.addOption({latin1(option.name), latin1(option.description), latin1(option.value),
                           latin1(option.byDefault)});
@@ -57,7 +60,8 @@ void addOptions(QCommandLineParser &parser)
     parser.addOption({{latin1("h"), latin1("help")}, latin1("Print this help.")});
     parser.addOption({{latin1("v"), latin1("version")}, latin1("Print the version.")});
     parser.addPositionalArgument(
-        latin1("plugin"), latin1("The plug-in's file. Default: the one beside this program."),
+        latin1("plugin"),
+        latin1("The plug-in's file. Default: the one that goes with this program."),
         latin1("[PLUGIN]"));
 }
 

@@ -59,6 +59,11 @@ QString PluginFile::defaultPath()
 {
     const QDir folder(QCoreApplication::applicationDirPath());
     const QString name = QStringLiteral("libm24_tracking.so");
-    const QString built = QDir::cleanPath(folder.filePath(QStringLiteral("../plugin/") + name));
-    return !folder.exists(name) && QFileInfo::exists(built) ? built : folder.filePath(name);
+    // Where the build and where an installation puts it.
+    for (const char *const other : {"../plugin", ORVHOST_MODULES}) {
+        const QDir modules(folder.filePath(QLatin1String(other)));
+        if (!folder.exists(name) && modules.exists(name))
+            return QDir::cleanPath(modules.filePath(name));
+    }
+    return folder.filePath(name);
 }

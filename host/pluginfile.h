@@ -21,6 +21,7 @@ struct PluginFile
     static QString interfaceProblem(const QJsonObject &metaData);
     static QString versionProblem(const QJsonObject &metaData);
 
-    /// The module beside this program: in its folder or in the build's plug-in folder.
+    /// The module that goes with this program: in its folder, in the build's plug-in folder or
+    /// where it is installed.
     static QString defaultPath();
 };

@@ -57,6 +57,11 @@ logged() {
     exit 1
 }
 
+# as_root <command> [argument...]
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
+
 # install_missing <package>...
 install_missing() {
     missing=
@@ -66,16 +71,16 @@ install_missing() {
     done
     [ -n "$missing" ] || return 0
     say "Installing what is missing:$missing" >&2
-    root=
-    [ "$(id -u)" -eq 0 ] || root=sudo
     # shellcheck disable=SC2086 # a list of names
     logged packages apt_install $missing
 }
 
+# apt 3 closes the descriptor of its status to the packages' scripts: as stdout, they would fail to
+# print. sudo closes the others, so that a shell within opens one.
 apt_install() {
-    $root apt-get update -qq -o APT::Status-Fd=1 &&
-        $root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq \
-            --no-install-recommends -o APT::Status-Fd=1 -o Dpkg::Use-Pty=0 "$@"
+    as_root apt-get update -qq -o APT::Status-Fd=1 &&
+        as_root sh -c 'DEBIAN_FRONTEND=noninteractive exec apt-get install -y -qq \
+            --no-install-recommends -o APT::Status-Fd=3 -o Dpkg::Use-Pty=0 "$@" 3>&1' sh "$@"
 }
 
 # The compiler and Qt; fonts-wqy-microhei for Chinese, x11-utils to see whether there is a display.
@@ -95,4 +100,16 @@ configure_and_build() {
     shift 2
     cmake -S "$here" --preset "$preset" "$@" &&
         cmake --build "$here/build/$preset" --target "$target"
+}
+
+# build_example <source folder> <build folder> [prefix]: with what is installed there, or in /usr.
+build_example() {
+    logged "${1##*/}" configure_and_build_example "$@"
+}
+
+configure_and_build_example() {
+    cmake -G Ninja -S "$1" -B "$2" -DCMAKE_PREFIX_PATH="${3-}" -DCMAKE_EXPORT_COMPILE_COMMANDS=ON \
+        -DCMAKE_CXX_FLAGS="-Wall -Wextra -Wpedantic -Wshadow" \
+        -DCMAKE_COMPILE_WARNING_AS_ERROR=ON &&
+        cmake --build "$2"
 }

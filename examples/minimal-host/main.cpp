@@ -1,0 +1,68 @@
+// A host in a few lines: shows a settings panel that drives a camera of five bytes.
+//
+//     minimal-host PLUGIN [PICTURE]
+//
+// With PICTURE it waits until the panel is there, saves a picture of it and ends: with 0 if the
+// panel has asked for the camera's status and the picture is written.
+
+#include "orvpluginapi.h"
+
+#include <QApplication>
+#include <QDebug>
+#include <QFileInfo>
+#include <QPluginLoader>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <memory>
+
+int main(int argc, char *argv[])
+{
+    const QApplication application(argc, argv);
+    QWidget window;
+    QVBoxLayout layout(&window);
+
+    // The full path: a relative one would be looked for in Qt's plug-in folders.
+    QPluginLoader loader(QFileInfo(QApplication::arguments().value(1)).absoluteFilePath());
+    // Made after the window, and so destroyed before it.
+    const std::unique_ptr<QObject> instance(loader.instance());
+    auto *const panel = qobject_cast<OrvPluginApi *>(instance.get());
+    if (!panel) {
+        qCritical() << "No settings panel:" << loader.errorString();
+        return 1;
+    }
+
+    // Not read, tracking, type, mode, composition; and the commands that change them.
+    quint8 status[] = {0, 1, 0, 1, 1};
+    const quint8 commands[] = {0, 0x04, 0x10, 0x07, 0x13};
+    bool statusRead = false;
+    panel->commandChannel = [&](int request, const QVariant &record) -> QVariant {
+        const QString setting = record.value<SettingData>().name;
+        if (request == ChannelRequest::Setting && setting == QLatin1String("language"))
+            return 1; // English
+        auto unit = record.value<ExtensionUnit>();
+        if (unit.write && unit.selector == 7 && unit.length == 60) {
+            const auto *const command = std::find(commands + 1, std::end(commands), unit.data[3]);
+            if (command != std::end(commands))
+                status[command - commands] = unit.data[5];
+        } else if (!unit.write && unit.selector == 8) {
+            std::copy(std::begin(status), std::end(status), unit.data);
+            unit.length = sizeof status;
+            statusRead = true;
+            return QVariant::fromValue(unit);
+        }
+        return {};
+    };
+    panel->insertWidget(&window);
+    window.show();
+
+    const QString picture = QApplication::arguments().value(2);
+    if (!picture.isEmpty()) {
+        QTimer::singleShot(1000, &window, [&] {
+            const bool shown = qobject_cast<QWidget *>(instance.get())->isVisible();
+            QApplication::exit(shown && statusRead && window.grab().save(picture) ? 0 : 1);
+        });
+    }
+    return QApplication::exec();
+}

@@ -1,0 +1,77 @@
+// A settings panel in a few lines: one switch, which turns the camera's tracking on and off and
+// follows the camera when somebody else does.
+
+#include "accessibility.h"
+#include "orvpluginapi.h"
+#include "switchbutton.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QTimer>
+
+class MinimalPanel : public QWidget, public OrvPluginApi
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID "com.talsen.OrvPluginApi")
+    Q_INTERFACES(OrvPluginApi)
+
+public:
+    QString name() override { return QStringLiteral("minimal_panel"); }
+
+    void insertWidget(QWidget *container) override
+    {
+        const SettingData language{QStringLiteral("language"), 0};
+        const bool english =
+            commandChannel(ChannelRequest::Setting, QVariant::fromValue(language)).toInt() == 1;
+        const QString text = english ? QStringLiteral("Tracking") : QStringLiteral("跟踪");
+        // Its own setFixedSize() would silence the next slide.
+        toggle->setMinimumSize(44, 22);
+        toggle->setMaximumSize(44, 22);
+        makeAccessible(*toggle, text);
+        auto *const row = new QHBoxLayout(this);
+        row->addWidget(new QLabel(text), 1);
+        row->addWidget(toggle);
+
+        if (!container->layout())
+            (new QVBoxLayout(container))->setContentsMargins(0, 0, 0, 0);
+        if (auto *const box = qobject_cast<QBoxLayout *>(container->layout()))
+            box->insertWidget(0, this);
+        else
+            container->layout()->addWidget(this);
+
+        connect(toggle, &SwitchButton::onValueChanged, this, &MinimalPanel::sendTracking);
+        // Single shots, each started after an answer: a slow camera is not asked again meanwhile.
+        poll->setSingleShot(true);
+        poll->setInterval(1000);
+        connect(poll, &QTimer::timeout, this, &MinimalPanel::readTracking);
+        readTracking();
+    }
+
+private:
+    void sendTracking(int on)
+    {
+        const ExtensionUnit command{true, 7, {0xFF, 0x53, 0x05, 0x04, 1, quint8(on)}, 60};
+        commandChannel(ChannelRequest::Extension, QVariant::fromValue(command));
+    }
+
+    void readTracking()
+    {
+        ExtensionUnit request;
+        request.selector = 8;
+        // An answer that is no ExtensionUnit becomes an empty one.
+        const auto status = qvariant_cast<ExtensionUnit>(
+            commandChannel(ChannelRequest::Extension, QVariant::fromValue(request)));
+        // A switch that slides has not yet reported what the user wants: the next answer will do.
+        const bool on = status.data[1] != 0;
+        if (status.length > 1 && toggle->GetStatus() != on && !toggle->isSliding()) {
+            toggle->blockNextSignal(); // what comes from the camera is not sent back to it
+            toggle->SetStatus(on, false);
+        }
+        poll->start();
+    }
+
+    SwitchButton *const toggle = new SwitchButton(this);
+    QTimer *const poll = new QTimer(this);
+};
+
+#include "minimalpanel.moc"

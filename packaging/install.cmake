@@ -1,0 +1,19 @@
+# Where things are installed, and what find_package(m24_tracking) reads.
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(m24_modules ${CMAKE_INSTALL_LIBDIR}/m24_tracking)
+set(m24_headers ${CMAKE_INSTALL_INCLUDEDIR}/m24_tracking)
+set(m24_resources ${CMAKE_INSTALL_DATADIR}/m24_tracking/res)
+set(m24_config ${CMAKE_INSTALL_LIBDIR}/cmake/m24_tracking)
+
+configure_package_config_file(packaging/m24_tracking-config.cmake.in m24_tracking-config.cmake
+    INSTALL_DESTINATION ${m24_config} PATH_VARS m24_resources NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/m24_tracking-config-version.cmake
+    COMPATIBILITY SameMajorVersion)
+install(EXPORT m24_tracking NAMESPACE m24:: FILE m24_tracking-targets.cmake
+    DESTINATION ${m24_config} COMPONENT development)
+install(FILES
+    ${PROJECT_BINARY_DIR}/m24_tracking-config.cmake
+    ${PROJECT_BINARY_DIR}/m24_tracking-config-version.cmake
+    DESTINATION ${m24_config} COMPONENT development)
