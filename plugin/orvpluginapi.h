@@ -10,8 +10,12 @@
 
 #include <functional>
 
+/// \file
+/// All that a host includes.
+
 /// Request kinds: the first argument of OrvPluginApi::commandChannel.
 namespace ChannelRequest {
+/// The number that goes over the channel.
 enum Kind : int {
     Setting = 0,   ///< record SettingData; answer: the setting's value, invalid if there is none
     Camera = 3,    ///< record CameraData; the answer is ignored

@@ -186,6 +186,8 @@ void TestHost::commandLine_data()
         {"--fault delay=10001", 2, "delay=0..10000"},
         {"--fault errno=ENOENT", 2, "EPIPE"},
         {"--fault random=1", 2, "without a value"},
+        {"--pictures a", 2, "--pictures needs --gallery"},
+        {"--gallery --pictures /nowhere", 1, "Cannot write the picture"},
         {"--unit 3", 2, "--unit needs --camera"},
         {"--read-only", 2, "--read-only needs --camera"},
         {"--camera /dev/video0 --no-answer", 2, "exclude each other"},
