@@ -21,7 +21,7 @@ enum Kind : int {
     Camera = 3,    ///< record CameraData; the answer is ignored
     Extension = 4, ///< record ExtensionUnit; a get is answered with an ExtensionUnit
 };
-}
+} // namespace ChannelRequest
 
 /// What a host application and a settings-panel plug-in share.
 ///

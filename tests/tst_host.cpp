@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -20,6 +21,7 @@ class TestHost : public Test
 private Q_SLOTS:
     void transfers_data();
     void transfers();
+    void paper();
     void folding();
     void commandLine_data();
     void commandLine();
@@ -122,6 +124,28 @@ void TestHost::transfers()
         QCOMPARE(QByteArray(reinterpret_cast<const char *>(unit.data), int(unit.length)),
                  shown.bytes);
     }
+}
+
+// Each example in docs/wire.md: its words, and lines of bytes. Every command is among them.
+void TestHost::paper()
+{
+    using namespace TrackingProtocol;
+    QFile file(WIRE_PAPER);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QRegularExpression example("\n(.+)\n((?:[0-9A-F]{2}[ \n])+)");
+    auto examples = example.globalMatch(QString::fromUtf8(file.readAll()));
+    QStringList commands;
+    while (examples.hasNext()) {
+        const auto match = examples.next();
+        const QByteArray bytes = QByteArray::fromHex(match.captured(2).toLatin1());
+        const bool isCommand = bytes.startsWith('\xFF');
+        QCOMPARE(match.captured(1), isCommand ? describeCommand(bytes) : describeStatus(bytes));
+        QCOMPARE(isCommand ? refusal(true, commandSelector, bytes) : QString(), QString());
+        commands += isCommand ? QStringList(match.captured(1)) : QStringList();
+    }
+    for (const Field field : settingFields)
+        for (const quint8 value : knownValues(field))
+            QCOMPARE(commands.count(fieldName(field) + ": " + valueName(field, value)), 1);
 }
 
 void TestHost::folding()

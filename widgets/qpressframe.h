@@ -5,7 +5,7 @@
 /// A frame that acts as a button. It never draws a frame shape of its own; a style sheet's
 /// background and border show.
 ///
-/// \image html qpressframe.png "Two frames that count their clicks; the style sheets are the gallery's"
+/// \image html qpressframe.png "Two frames that count their clicks, with style sheets"
 class QPressFrame : public QFrame
 {
     Q_OBJECT
