@@ -45,9 +45,12 @@ QPixmap ownPicture()
     return picture;
 }
 
-QGridLayout &addGroup(QGridLayout &page, const QString &title, int columns = 1)
+/// `header` is the file in widgets/ that the group is about.
+QGridLayout &addGroup(QGridLayout &page, const QString &title, const QString &header,
+                      int columns = 1)
 {
     auto *group = new QGroupBox(title);
+    group->setObjectName(header);
     page.addWidget(group, page.count() / 2, page.count() % 2, 1, columns);
     return *new QGridLayout(group);
 }
@@ -265,13 +268,15 @@ void Gallery::rebuild()
     auto *page = new QGridLayout(content);
     page->setContentsMargins(0, 0, 0, 0);
     page->setSizeConstraint(QLayout::SetFixedSize);
-    addSwitches(addGroup(*page, QStringLiteral("Switches")));
-    QGridLayout &frames = addGroup(*page, QStringLiteral("Press frames"));
+    addSwitches(addGroup(*page, QStringLiteral("Switches"), QStringLiteral("switchbutton")));
+    QGridLayout &frames =
+        addGroup(*page, QStringLiteral("Press frames"), QStringLiteral("qpressframe"));
     addPressFrame(frames, 0, QStringLiteral("enabled"), true);
     addPressFrame(frames, 1, QStringLiteral("disabled"), false);
-    addGuideLabels(addGroup(*page, QStringLiteral("Guide labels")));
-    addAreaRow(addGroup(*page, QStringLiteral("Area tiles")));
-    addDisplays(addGroup(*page, QStringLiteral("Picture displays"), 2));
+    addGuideLabels(addGroup(*page, QStringLiteral("Guide labels"), QStringLiteral("bglinelabel")));
+    addAreaRow(addGroup(*page, QStringLiteral("Area tiles"), QStringLiteral("areatile")));
+    addDisplays(
+        addGroup(*page, QStringLiteral("Picture displays"), QStringLiteral("pixmapdisplay"), 2));
 
     const double dense = std::max(1.0, logicalDpiX() / 96.0);
     Talsen::changeObjectSizeInner(*content, dense * m_scale->value() / 10);

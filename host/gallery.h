@@ -8,8 +8,9 @@ class QGridLayout;
 class QScrollArea;
 class QSlider;
 
-/// A window with every widget of the toolkit in each of its states, at one to three times its size.
-/// It sets the application's font. A change of the scale or the picture builds the content anew.
+/// A window with every widget of the toolkit in each of its states, at one to three times its size:
+/// a QGroupBox for each, named after its header in widgets/. It sets the application's font. A
+/// change of the scale or the picture builds the content anew.
 class Gallery : public QWidget
 {
     Q_OBJECT

@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QGroupBox>
 #include <QPixmap>
 #include <QTextStream>
 #include <QTimer>
@@ -56,12 +57,20 @@ int runGallery(const Options &options)
     }
     gallery.show();
 
-    if (!options.screenshot.isEmpty()) {
+    if (!options.screenshot.isEmpty() || !options.pictures.isEmpty()) {
         QApplication::setQuitOnLastWindowClosed(false);
         QTimer::singleShot(settleTime, &gallery, [&] {
             // A screen may have had no room for all of it.
             gallery.resize(gallery.sizeHint());
-            QCoreApplication::exit(writePicture(gallery, options.screenshot) ? 0 : failed);
+            bool written =
+                options.screenshot.isEmpty() || writePicture(gallery, options.screenshot);
+            const auto groups = gallery.findChildren<QGroupBox *>();
+            for (QGroupBox *const group : groups) {
+                const QString file =
+                    QStringLiteral("%1/%2.png").arg(options.pictures, group->objectName());
+                written = written && (options.pictures.isEmpty() || writePicture(*group, file));
+            }
+            QCoreApplication::exit(written ? 0 : failed);
         });
     }
     return QApplication::exec();

@@ -43,6 +43,8 @@ void addOptions(QCommandLineParser &parser)
          "Open a window with every widget of the toolkit in each of its states instead of a "
          "plug-in's panel."},
         {"picture", "file", "", "The picture that the gallery shows. Default: one of its own."},
+        {"pictures", "folder", "",
+         "Write a picture of each widget of the gallery into this folder and exit."},
         {"screenshot", "file", "",
          "Write a picture of the window, after the tour if there is one, and exit."},
     };
@@ -146,6 +148,7 @@ Options Options::read(const QStringList &arguments)
     options.tour = isSet("tour");
     options.gallery = isSet("gallery");
     options.picture = file("picture");
+    options.pictures = file("pictures", "the name of a folder");
     options.screenshot = file("screenshot");
     options.help = isSet("help");
     options.version = isSet("version");
@@ -162,6 +165,7 @@ Options Options::read(const QStringList &arguments)
             options.error = QStringLiteral("--%1 needs --%2.").arg(latin1(name), latin1(other));
     };
     need("picture", "gallery");
+    need("pictures", "gallery");
     need("unit", "camera");
     need("read-only", "camera");
     for (const char *other : {"fault", "status", "gallery", "delay", "no-answer"}) {

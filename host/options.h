@@ -24,6 +24,7 @@ struct Options
     bool tour = false;
     bool gallery = false;
     QString picture;    ///< file the gallery shows; empty: its own picture
+    QString pictures;   ///< folder to write the gallery's pictures into; empty: none
     QString screenshot; ///< file to write; empty: none
     bool help = false;
     bool version = false;

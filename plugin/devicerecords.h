@@ -8,6 +8,7 @@
 
 class QWidget;
 
+/// \file
 /// The records that cross OrvPluginApi::commandChannel, each wrapped in a QVariant.
 ///
 /// Host and plug-in compile these same declarations. Qt matches the records by metatype name
@@ -31,13 +32,14 @@ struct SettingData
 };
 
 /// A request of the host's own about the camera. An aggregate: whoever makes one sets every field.
+/// What the fields mean is the host's affair.
 struct CameraData
 {
-    QWidget *object; ///< a widget of the panel
-    bool flag;
-    qint64 param1;
-    qint64 param2;
-    qint64 param3;
+    QWidget *object; ///< a widget of the panel, to be used within the call alone
+    bool flag;       ///< true in every request of this panel
+    qint64 param1;   ///< 3 in every request of this panel
+    qint64 param2;   ///< 0 in every request of this panel
+    qint64 param3;   ///< 2 in every request of this panel
 };
 
 Q_DECLARE_METATYPE(ExtensionUnit)

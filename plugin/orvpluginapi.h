@@ -10,14 +10,18 @@
 
 #include <functional>
 
+/// \file
+/// All that a host includes.
+
 /// Request kinds: the first argument of OrvPluginApi::commandChannel.
 namespace ChannelRequest {
+/// The number that goes over the channel.
 enum Kind : int {
     Setting = 0,   ///< record SettingData; answer: the setting's value, invalid if there is none
     Camera = 3,    ///< record CameraData; the answer is ignored
     Extension = 4, ///< record ExtensionUnit; a get is answered with an ExtensionUnit
 };
-}
+} // namespace ChannelRequest
 
 /// What a host application and a settings-panel plug-in share.
 ///

@@ -6,6 +6,9 @@
 #include <QTimer>
 #include <QWidget>
 
+/// \file
+/// For panels; a host calls nothing of this.
+
 /// How a panel changes its rows without flicker: it freezes the window with
 /// `setUpdatesEnabled(false)`, shows, hides and invalidates, and calls thawLater().
 namespace WindowThaw {

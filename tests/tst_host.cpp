@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -20,6 +21,7 @@ class TestHost : public Test
 private Q_SLOTS:
     void transfers_data();
     void transfers();
+    void paper();
     void folding();
     void commandLine_data();
     void commandLine();
@@ -124,6 +126,32 @@ void TestHost::transfers()
     }
 }
 
+// Each example in docs/wire.md: its words, and lines of bytes. Every command is among them.
+void TestHost::paper()
+{
+    using namespace TrackingProtocol;
+    QFile file(WIRE_PAPER);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    static const QRegularExpression example("\n(.+)\n((?:[0-9A-F]{2}[ \n])+)");
+    auto examples = example.globalMatch(QString::fromUtf8(file.readAll()));
+    QStringList commands;
+    while (examples.hasNext()) {
+        const auto match = examples.next();
+        const QByteArray bytes = QByteArray::fromHex(match.captured(2).toLatin1());
+        const bool isCommand = bytes.startsWith('\xFF');
+        QCOMPARE(match.captured(1), isCommand ? describeCommand(bytes) : describeStatus(bytes));
+        QCOMPARE(isCommand ? refusal(true, commandSelector, bytes) : QString(), QString());
+        commands += isCommand ? QStringList(match.captured(1)) : QStringList();
+    }
+    QStringList all;
+    for (const Field field : settingFields) {
+        const auto values = knownValues(field);
+        for (const quint8 value : values)
+            all << fieldName(field) + ": " + valueName(field, value);
+    }
+    QCOMPARE(commands, all);
+}
+
 void TestHost::folding()
 {
     TraceModel trace;
@@ -186,6 +214,8 @@ void TestHost::commandLine_data()
         {"--fault delay=10001", 2, "delay=0..10000"},
         {"--fault errno=ENOENT", 2, "EPIPE"},
         {"--fault random=1", 2, "without a value"},
+        {"--pictures a", 2, "--pictures needs --gallery"},
+        {"--gallery --pictures /nowhere", 1, "Cannot write the picture"},
         {"--unit 3", 2, "--unit needs --camera"},
         {"--read-only", 2, "--read-only needs --camera"},
         {"--camera /dev/video0 --no-answer", 2, "exclude each other"},

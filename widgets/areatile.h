@@ -5,6 +5,11 @@ class QPressFrame;
 class QPushButton;
 class QWidget;
 
+/// \file
+/// A row of areas, each with its two angles.
+///
+/// \image html areatile.png "Two areas, and the button that adds one"
+
 /// What a tile's maker connects: the frame's hoverEvent() shows and hides the button, the button's
 /// clicked() removes the tile.
 struct AreaTile

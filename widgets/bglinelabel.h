@@ -7,11 +7,14 @@
 /// Eight of them in the outer cells of a 3 x 3 grid make up the frame. Their locations follow the
 /// cells in reading order, skipping the centre: 0 top-left, 1 top, 2 top-right, 3 left, 4 right,
 /// 5 bottom-left, 6 bottom, 7 bottom-right.
+///
+/// \image html bglinelabel.png "Eight labels; those of the sides have a text"
 class BgLineLabel : public QLabel
 {
     Q_OBJECT
 
 public:
+    /// Without a location, and so without a guide.
     explicit BgLineLabel(QWidget *parent);
 
     /// Takes the entry `location:N;` out of `styleSheet`, keeps N, and applies the rest. Without

@@ -1,5 +1,8 @@
 #pragma once
 
+/// \file
+/// Rescaling of widgets that were laid out in pixels.
+
 class QObject;
 
 /// Rescaling of a widget tree that was laid out in fixed pixels, for dense screens. Geometry,

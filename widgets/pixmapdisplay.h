@@ -20,11 +20,14 @@ class QVariantAnimation;
 /// the picture out anew: rotation, corners, background and hideLoading() show at the next repaint;
 /// the scale mode, setPreviewForward() and setPixSize() at the next resize, or when a picture of
 /// another size is painted.
+///
+/// \image html pixmapdisplay.png "Scale modes, turns, corners, and what there is without a picture"
 class PixmapDisplay : public QWidget
 {
     Q_OBJECT
 
 public:
+    /// How the picture is laid out in the widget.
     enum ScaleType : int {
         ScaleStretch =
             0, ///< fills the widget; the picture's aspect ratio is lost. Also any other value
@@ -32,12 +35,15 @@ public:
         ScaleFill = 2, ///< covers the widget, centred; what stands out is cut off
     };
 
+    /// Without a picture: "Loading" until one comes.
     explicit PixmapDisplay(QWidget *parent = nullptr);
     ~PixmapDisplay() override;
 
     /// Sets the scale mode, and the picture's size ahead of the picture itself (default 0 x 0: not
     /// known, the picture's place is the whole widget).
     void setPixSize(int w, int h, ScaleType type);
+
+    /// Sets the scale mode alone.
     void setScaleType(ScaleType type);
 
     /// Turns the picture about the widget's centre: 1 by 270 degrees, 2 by 180, 3 by 90

@@ -5,7 +5,8 @@
 class QSize;
 class QString;
 
-/// All of these belong to the GUI thread.
+/// \file
+/// Pictures from files, and a colour from the screen. All of these belong to the GUI thread.
 
 /// The document, stretched to exactly `size`, on a transparent ground. A file that cannot be read
 /// or is not SVG leaves the pixmap transparent; an empty size gives a null pixmap.

@@ -12,6 +12,7 @@ class Slider : public QWidget
     Q_OBJECT
 
 public:
+    /// White, and without a size until setSize().
     explicit Slider(QWidget *parent);
 
     /// Sets the knob's diameter in pixels. The owning switch does so with every layout.
@@ -42,11 +43,14 @@ private:
 /// where it replaces one that is under way, that one is still reported. Only a size given through
 /// SetSize(), setGeometry(), setFixedSize() or resize() of this class silences the next slide that
 /// ends, whoever started it.
+///
+/// \image html switchbutton.png "On and off in two sizes, recoloured, and disabled"
 class SwitchButton : public QWidget
 {
     Q_OBJECT
 
 public:
+    /// Off.
     explicit SwitchButton(QWidget *parent);
     ~SwitchButton() override;
 
@@ -75,14 +79,22 @@ public:
     /// itself keeps its size.
     void SetSize(int w, int h);
 
-    // As in QWidget, and laid out at once as by SetSize(), also while hidden.
+    /// \name Sizes
+    /// As in QWidget, and laid out at once as by SetSize(), also while hidden.
+    /// \{
+
+    /// In the parent's coordinates.
     void setGeometry(const QRect &rect);
+    /// Both the smallest and the largest size.
     void setFixedSize(const QSize &fixed);
+    /// Within the smallest and the largest size.
     void resize(const QSize &newSize);
+    /// \}
 
 Q_SIGNALS:
     /// A slide has ended: 1 on, 0 off.
     void onValueChanged(int open);
+    /// The slide is to start on the next turn of the event loop. For the switch's own use.
     void sendAnimate();
 
 protected Q_SLOTS:
