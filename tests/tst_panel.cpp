@@ -6,7 +6,8 @@
 #include <QScreen>
 #include <QStackedLayout>
 
-/// The panel in its host: density and container. Each run has a density of its own.
+/// The panel in its host: density, container, and the bytes that it makes up. Each run has a
+/// density of its own.
 class TestPanel : public Test
 {
     Q_OBJECT
@@ -58,6 +59,28 @@ private Q_SLOTS:
         QCOMPARE(hosted.ui().sw_title->findChild<Slider *>()->width(), qRound(20 * factor) - 4);
         QCOMPARE(hosted.ui().frame_title->minimumHeight(), qRound(60 * factor));
         QCOMPARE(hosted.ui().wg_half_body->maximumHeight(), qRound(85 * factor));
+    }
+
+    // Most significant first, zeros up to the size and nothing beyond.
+    void payload()
+    {
+        QByteArray buffer(62, '\xAA');
+        M24_Extension ext{7, 8, 0, 60, {0xFF, 0x53, 0x05, 0x42}, 4};
+        ext.payload = reinterpret_cast<quint8 *>(buffer.data());
+        ControlTrackingPlugin().fillPayload(ext, -0x01020304);
+        const QByteArray expected = QByteArray::fromHex("FF53054204FEFDFCFC");
+        QCOMPARE(buffer.toHex(), (expected.leftJustified(60, '\0') + "\xAA\xAA").toHex());
+    }
+
+    void floatTable()
+    {
+        ControlTrackingPlugin plugin;
+        unsigned char table[12] = {};
+        QTest::ignoreMessage(QtDebugMsg, "setFloatValue :  1.5 , data :  0 , 0 , 192 , 63");
+        plugin.setFloatValue(table, 1, 1.5F);
+        QCOMPARE(QByteArray(reinterpret_cast<char *>(table), 12).toHex(),
+                 QByteArray("000000000000c03f00000000"));
+        QCOMPARE(plugin.getFloatValue(table, 1), 1.5F);
     }
 
     void containers()
