@@ -66,35 +66,6 @@ struct Stage : QObject
     QStringList notes; ///< what a row has to say, at the end of what was sent
 };
 
-/// A panel ends, or its window does, in the middle of a life full of events.
-void endAt(std::chrono::milliseconds moment, Stage &stage, bool withWindow, quint64 answer)
-{
-    const auto live = [moment] {
-        if (moment > 0ms)
-            advance(moment / 2);
-    };
-    stage.hosted.reset(new HostedPanel);
-    stage.host().length = answer;
-    stage.hosted->insertAndShow();
-    live();
-    stage.hosted->press("sw_picture_mode");
-    stage.hosted->press("sw_title");
-    live();
-    stage.hosted->panel->resetToDefault();
-    stage.freeze();
-    if (withWindow) {
-        stage.hosted.reset();
-        stage.settle();
-        return;
-    }
-    delete stage.hosted->panel;
-    stage.host().traffic.clear();
-    advance(moment < 1000ms ? 5000ms : 250ms); // past the first poll
-    stage.notes << stage.host().traffic;
-    if (!stage.window().updatesEnabled())
-        stage.notes << "frozen";
-}
-
 const struct Row
 {
     const char *name;
@@ -130,16 +101,6 @@ const struct Row
      },
      "10=0 notice 10=1 notice 10=1 notice 10=0 notice 04=0 notice 07=1 07=2 04=1 1",
      "on plain normal sport |spliter |picture_title"},
-    {"the panel goes at any moment, and its window",
-     [](Stage &stage) {
-         for (auto moment = 0ms; moment < 5500ms; moment += moment < 400ms ? 20ms : 250ms) {
-             for (const quint64 answer : {0, 60}) {
-                 endAt(moment, stage, false, answer);
-                 endAt(moment, stage, true, answer);
-             }
-         }
-     },
-     ""},
     {"the window goes among the events of a deferred step",
      [](Stage &stage) {
          stage.press("rb_hand");

@@ -14,7 +14,7 @@
 ///   camera=0001000102       the camera's bytes
 ///   answer=60 answer=text   what its answers hold from now on: bytes, or something foreign
 ///   obey                    from now on the camera does what it is told
-///   insert show hide resize reset
+///   insert show hide resize reset delete
 ///   wait=100 wait=poll      in ms, or until just before the next poll
 ///   rb_hand "key sw_title"  the press of a control, or of the space bar on it
 class PanelPlayer
@@ -80,6 +80,11 @@ private:
             hosted.window.setVisible(step == "show");
         } else if (step == "obey") {
             obeys = true;
+        } else if (step == "delete") {
+            delete hosted.panel;
+            inserted = false;
+            model.slides.clear();
+            queued.clear();
         } else if (inserted && hosted.press(step)) {
             model.press(step, now);
         }
@@ -141,7 +146,9 @@ private:
     void meanwhile()
     {
         const QString word = hosted.host.traffic.last();
-        if (word == "read")
+        if (!hosted.panel)
+            fault = word + " after the end";
+        else if (word == "read")
             read();
         else if (obeys && word.contains('=')) // in the order of the camera's bytes
             hosted.host.status[QString("04100713").indexOf(word.leftRef(2)) / 2 + 1] =
@@ -173,7 +180,10 @@ private:
         readBy = next + (toFirstPoll ? Time(220) : Time(70));
     }
 
-    Time untilPoll() { return Time(PanelInternals::pollTimer(*hosted.panel).remainingTime()); }
+    Time untilPoll()
+    {
+        return Time(hosted.panel ? PanelInternals::pollTimer(*hosted.panel).remainingTime() : -1);
+    }
 
     Time &now = VirtualTime::now;
     PanelModel model;
@@ -217,5 +227,6 @@ inline QStringList chosenSteps(const std::function<int(int)> &pick, int count)
         if (steps.last() == "frame_title") // which takes a press in 200 ms
             steps += {"wait=100", "frame_title", "wait=100", "frame_title"};
     }
-    return steps << "wait=250";
+    steps << one("wait=250 wait=20 show"); // and then the window goes, or the panel alone
+    return pick(2) == 0 ? steps : steps + QStringList{"delete", "wait=5000"};
 }
