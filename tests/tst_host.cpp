@@ -28,7 +28,7 @@ struct Channel
     {
         QSignalSpy transfers(&channel, &CommandChannel::transferred);
         answer = channel.request(kind, record).value<ExtensionUnit>();
-        if (!QTest::qWaitFor([&] { return !transfers.isEmpty(); }))
+        if (!QTest::qWaitFor([&transfers] { return !transfers.isEmpty(); }))
             return "nothing";
         traced = transfers.first().first().value<Transfer>();
         return QString("%1 %2 %3: ").arg(traced.direction, traced.request).arg(traced.selector) +
