@@ -6,12 +6,31 @@
 
 static const QString module = QStringLiteral(M24_MODULE);
 
-/// The built module, loaded as a host does.
+/// The interface, and the built module, loaded as a host does.
 class TestModule : public Test
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    // A host that was built earlier calls by slot number and knows the records by name.
+    void interfaceIsStable()
+    {
+        int due = 0;
+        const auto isNext = [&due](auto operation) {
+            std::ptrdiff_t offset; // in the table, and one
+            memcpy(&offset, &operation, sizeof offset);
+            return offset / std::ptrdiff_t(sizeof(void *)) == due++;
+        };
+        using Api = OrvPluginApi;
+        QVERIFY(isNext(&Api::name) && isNext(&Api::category) && isNext(&Api::resetToDefault) &&
+                isNext(&Api::insertWidget) && isNext(&Api::syncPropValue) &&
+                isNext(&Api::getCurrentParams) && isNext(&Api::setCurrentParams));
+        QCOMPARE(Api().category(), 2);
+        QCOMPARE(QMetaType::typeName(qMetaTypeId<ExtensionUnit>()), "ExtensionUnit");
+        QCOMPARE(QMetaType::typeName(qMetaTypeId<SettingData>()), "SettingData");
+        QCOMPARE(QMetaType::typeName(qMetaTypeId<CameraData>()), "CameraData");
+    }
+
     // A host that takes back the default of keeping libraries: what is installed and due stays
     // sound.
     void usedAndUnloaded()

@@ -11,29 +11,6 @@
 #include <memory>
 #include <thread>
 
-#ifdef __SANITIZE_THREAD__
-#include <dlfcn.h>
-#include <sanitizer/tsan_interface.h>
-
-// Qt itself is not instrumented: only this tells the sanitizer that QMutex orders what it guards.
-static void callQt(const char *name, QMutex *mutex)
-{
-    reinterpret_cast<void (*)(QMutex *)>(dlsym(RTLD_NEXT, name))(mutex);
-}
-
-void QMutex::lock() noexcept
-{
-    callQt("_ZN6QMutex4lockEv", this);
-    __tsan_acquire(this);
-}
-
-void QMutex::unlock() noexcept
-{
-    __tsan_release(this);
-    callQt("_ZN6QMutex6unlockEv", this);
-}
-#endif
-
 namespace {
 
 using namespace std::chrono_literals;
@@ -59,6 +36,12 @@ struct Display : PixmapDisplay
     }
 
     void set(const QPixmap &next) { setPixmap(picture = next); }
+
+    void turn(int orientation)
+    {
+        setPreviewOri(orientation);
+        angle = orientation > 0 && orientation < 4 ? 360 - 90 * orientation : 0;
+    }
 
     QImage ground(qreal ratio = 1) const
     {
@@ -93,8 +76,7 @@ struct Display : PixmapDisplay
     }
 
     QPixmap picture;
-    int angle = 0;
-    int corner = 0;
+    int angle = 0, corner = 0;
     QColor below{200, 120, 40};
     QColor over = Qt::transparent;
 };
@@ -124,32 +106,34 @@ private Q_SLOTS:
         QFETCH(QSize, picture);
         QFETCH(int, scaleType);
         QFETCH(QRect, place);
-        const int angles[] = {0, 270, 180, 90, 0};
         for (int i = 0; i < 60; ++i) {
-            Display display(noise(picture, i % 2 != 0));
+            const bool translucent = i % 2 != 0;
+            Display display(noise(picture, translucent));
             display.setScaleType(PixmapDisplay::ScaleType(qAbs(scaleType)));
             display.setPreviewForward(scaleType >= 0);
             display.setStyleSheet("background-color: rgba(0, 0, 255, 100)");
             display.over = QColor(0, 0, 255, 100);
             display.setRoundCorder(display.corner = i / 2 % 2 * 40);
-            display.setPreviewOri(i / 4 % 5);
-            display.angle = angles[i / 4 % 5];
-            const int halves = 2 + i / 20;
-            const qreal ratio = halves * 0.5;
+            display.turn(i / 4 % 5);
+            const qreal ratio = 1 + i / 20 * 0.5;
             const QImage wanted = display.painted(place, ratio);
-            const std::string what = "translucent " + std::to_string(i % 2) + ", ratio " +
-                                     std::to_string(ratio) + ", corner " +
-                                     std::to_string(display.corner) + ", angle " +
-                                     std::to_string(display.angle);
-            QVERIFY2(display.shown(ratio) == wanted, what.c_str());
-            QVERIFY2(display.shown(ratio) == wanted, (what + ", kept").c_str());
+            const auto what = QString("translucent %1, ratio %2, corner %3, angle %4")
+                                  .arg(translucent)
+                                  .arg(ratio)
+                                  .arg(display.corner)
+                                  .arg(display.angle);
+            QVERIFY2(display.shown(ratio) == wanted, qPrintable(what));
+            QVERIFY2(display.shown(ratio) == wanted, qPrintable(what + ", kept"));
         }
     }
 
     void changesShowAtOnce()
     {
         Display display;
-        QCOMPARE(display.shown(), display.painted({0, 37, 400, 225}));
+        const auto shows = [&display](const QRect &place, qreal ratio = 1) {
+            return display.shown(ratio) == display.painted(place, ratio);
+        };
+        QVERIFY(shows({0, 37, 400, 225}));
         // Shown by whoever is told of it in the same thread.
         QImage seen;
         connect(&display, &PixmapDisplay::updatePic, this, [&] { seen = display.shown(); });
@@ -158,32 +142,29 @@ private Q_SLOTS:
         display.setScaleType(PixmapDisplay::ScaleStretch);
         QCOMPARE(display.shown(), seen); // only a resize lays it out anew
         display.updateDrawRect();
-        QCOMPARE(display.shown(), display.painted({0, 0, 400, 300}));
-        QCOMPARE(display.shown(2), display.painted({0, 0, 400, 300}, 2));
+        QVERIFY(shows({0, 0, 400, 300}));
+        QVERIFY(shows({0, 0, 400, 300}, 2));
         display.setScaleType(PixmapDisplay::ScaleFill);
         display.resize(200, 150);
-        QCOMPARE(display.shown(), display.painted({-33, 0, 266, 150}));
+        QVERIFY(shows({-33, 0, 266, 150}));
         display.setScaleType(PixmapDisplay::ScaleFit);
         display.set(noise({20, 10}));
-        QCOMPARE(display.shown(), display.painted({0, 25, 200, 100}));
-        display.setPreviewOri(3);
-        display.angle = 90;
-        QCOMPARE(display.shown(), display.painted({0, 25, 200, 100}));
+        QVERIFY(shows({0, 25, 200, 100}));
+        display.turn(3);
+        QVERIFY(shows({0, 25, 200, 100}));
         display.resize(200, 151); // one more row is seen
-        QCOMPARE(display.shown(), display.painted({0, 25, 200, 100}));
+        QVERIFY(shows({0, 25, 200, 100}));
     }
 
     void showsNoPicture()
     {
         Display display{QPixmap()};
-        display.below = Qt::transparent;
-        display.setBackground(QColor(0, 80, 160, 100));
+        display.setBackground(QColor(0, 80, 160));
         QImage wanted = display.ground();
-        QPainter painter(&wanted);
-        painter.fillRect(display.rect(), QColor(0, 80, 160, 100));
+        wanted.fill(QColor(0, 80, 160));
         QVERIFY(display.shown() != wanted); // there is a word on it
         display.hideLoading();
-        painter.fillRect(display.rect(), QColor(0, 0, 0, 1));
+        QPainter(&wanted).fillRect(display.rect(), QColor(0, 0, 0, 1));
         QCOMPARE(display.shown(), wanted);
     }
 
@@ -217,20 +198,19 @@ private Q_SLOTS:
     // A display that the GUI thread deletes while a worker tells of a picture.
     void endsDuringEmission()
     {
-        auto display = std::make_unique<PixmapDisplay>();
+        auto *const display = new PixmapDisplay;
         std::atomic<bool> emitting(false);
         std::atomic<bool> emitted(false);
         // Without a context: called in the worker.
-        connect(display.get(), &PixmapDisplay::updatePic, [&] {
+        connect(display, &PixmapDisplay::updatePic, [&] {
             emitting = true;
             QThread::msleep(100); // as long as the end would take if it did not wait
             emitted = true;
         });
-        std::thread worker([&] { display->setPixmap(QPixmap()); });
+        std::thread worker([display] { display->setPixmap(QPixmap()); });
         while (!emitting)
             std::this_thread::yield();
-        PixmapDisplay *const ending = display.release(); // what the worker holds stays as it is
-        delete ending;
+        delete display;
         const bool waited = emitted;
         worker.join();
         QVERIFY(waited);

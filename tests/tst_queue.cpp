@@ -4,107 +4,71 @@
 #include <QElapsedTimer>
 #include <QSignalSpy>
 
+#include <atomic>
 #include <cerrno>
-#include <condition_variable>
-#include <mutex>
+#include <limits>
+#include <thread>
 
-/// A camera whose transfers begin and end when the test says so. Its status block is the number of
-/// the read.
-class HeldCamera : public Camera
+constexpr int always = std::numeric_limits<int>::max();
+
+/// A camera whose transfers take as long as the test says. A status block is the number of its
+/// transfer.
+struct HeldCamera : Camera
 {
-public:
-    void hold()
+    TransferResult read(int /*selector*/) override
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_held = true;
+        const QByteArray block(60, char(++begun));
+        for (int waited = 0; waited < held; ++waited)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        return {block, error};
     }
-    void release(int error = 0)
+    TransferResult write(int selector, const QByteArray & /*bytes*/) override
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_held = false;
-        m_error = error;
-        m_released.notify_all();
-    }
-    int begun() const { return count(m_begun); }
-    int reads() const { return count(m_reads); }
-    QByteArray written() const
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        return m_written;
+        return read(selector);
     }
 
-    TransferResult read(int selector) override
-    {
-        std::unique_lock<std::mutex> lock(m_mutex);
-        const QByteArray block(60, char(++m_reads));
-        return {block, transfer(lock, selector == 8)};
-    }
-    TransferResult write(int selector, const QByteArray &bytes) override
-    {
-        std::unique_lock<std::mutex> lock(m_mutex);
-        const int error = transfer(lock, selector == 7);
-        m_written += bytes.mid(3, 1).toHex() + '=' + bytes.mid(5, 1).toHex() + ' ';
-        return {{}, error};
-    }
-
-private:
-    int count(const int &member) const
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        return member;
-    }
-    int transfer(std::unique_lock<std::mutex> &lock, bool rightSelector)
-    {
-        ++m_begun;
-        m_released.wait(lock, [this] { return !m_held; });
-        return rightSelector ? m_error : ENOENT;
-    }
-
-    mutable std::mutex m_mutex;
-    std::condition_variable m_released;
-    QByteArray m_written;
-    bool m_held = false;
-    int m_error = 0;
-    int m_begun = 0;
-    int m_reads = 0;
+    std::atomic<int> held{0}, error{0}, begun{0}; ///< held: ms, at least
 };
 
-/// A queue with such a camera, and the results that it reported.
+/// A queue with such a camera, and what it reported.
 struct HeldQueue
 {
     explicit HeldQueue(TransferQueue::Access access = TransferQueue::ReadWrite)
         : queue(camera, access)
     {
-        QObject::connect(
-            &queue, &TransferQueue::transferred, &queue, [this](const Transfer &transfer) {
-                results << (transfer.meaning.isEmpty() ? transfer.direction : transfer.meaning) +
-                               ' ' + transfer.result;
-            });
+        QObject::connect(&queue, &TransferQueue::transferred, &queue, [this](const Transfer &did) {
+            const QString what = did.meaning + did.firstBytes().mid(9);
+            said << QStringList({did.direction, what, did.result}).join(' ');
+        });
+        timer.start();
     }
-    ~HeldQueue() { camera->release(); }
+    ~HeldQueue() { release(); }
 
     void send(int setting, int value)
     {
-        QByteArray command(60, 0);
-        command[3] = char(setting);
-        command[5] = char(value);
-        queue.sendCommand(command);
+        queue.sendCommand(QByteArray(3, 0) + char(setting) + '\1' + QByteArray(55, char(value)));
     }
     /// Sends a command that the camera keeps until it is released.
     void sendHeld(int setting, int value)
     {
-        const int before = camera->begun();
-        camera->hold();
+        const int before = camera->begun;
+        camera->held = always;
         send(setting, value);
-        if (!QTest::qWaitFor([&] { return camera->begun() == before + 1; }))
+        if (!QTest::qWaitFor([&] { return camera->begun > before; }))
             qFatal("The camera was not asked.");
+    }
+    void release(int error = 0)
+    {
+        camera->error = error;
+        camera->held = 0;
     }
     /// The number of the block; 0: no answer.
     int read() { return queue.readStatus().leftJustified(1, '\0').at(0); }
 
     std::shared_ptr<HeldCamera> camera = std::make_shared<HeldCamera>();
-    QStringList results; // before the queue, which reports to its very end
+    QStringList said; // before the queue, which reports to its very end
     TransferQueue queue;
+    QElapsedTimer timer;
 };
 
 class TestQueue : public Test
@@ -112,144 +76,136 @@ class TestQueue : public Test
     Q_OBJECT
 
 private Q_SLOTS:
-    void newestOfEachSetting();
-    void answers();
-    void failingIsAskedLess();
-    void disconnected();
-    void readOnly();
-    void finish_data();
-    void finish();
-};
-
-void TestQueue::newestOfEachSetting()
-{
-    HeldQueue held;
-    held.sendHeld(0x10, 0);
-    for (const auto &[setting, value] :
-         {std::pair(0x10, 1), {0x07, 1}, {0x10, 2}, {0x04, 0}, {0x07, 2}})
-        held.send(setting, value);
-    QCOMPARE(held.results, QStringList({"set superseded", "set superseded"}));
-    held.camera->release();
-    QTRY_COMPARE(held.camera->written(), QByteArray("10=00 10=02 04=00 07=02 "));
-    QTRY_COMPARE(held.results.count("set ok"), 4);
-}
-
-void TestQueue::answers()
-{
-    HeldQueue held;
-    QCOMPARE(held.read(), 1);
-    held.camera->hold();
-    QElapsedTimer timer;
-    timer.start();
-    QCOMPARE(held.read(), 1); // the newest, while the next is under way
-    QVERIFY(timer.elapsed() < 200);
-    QCOMPARE(held.read(), 1);
-    QCOMPARE(held.camera->begun(), 2); // both waited for the same
-    held.send(0x10, 1);
-    QCOMPARE(held.read(), 0); // all that was read is older than the command
-    held.camera->release();
-    QTRY_COMPARE(held.camera->begun(), 4); // the read, the command, and the read that was wanted
-    QTRY_COMPARE(held.results, QStringList({"get ok", "get ok", "set ok", "get ok"}));
-    held.camera->hold();
-    QCOMPARE(held.read(), 3);
-    held.camera->release();
-    QTRY_COMPARE(held.results.size(), 5);
-    held.sendHeld(0x10, 2);
-    QCOMPARE(held.read(), 0); // the command is not through
-}
-
-void TestQueue::failingIsAskedLess()
-{
-    HeldQueue held;
-    QCOMPARE(held.read(), 1);
-    held.camera->release(EIO);
-    // Half a second, then a second.
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < 1300) {
-        QCOMPARE(held.read(), 0);
-        QTest::qWait(20);
+    void newestOfEachSetting()
+    {
+        HeldQueue held;
+        held.sendHeld(0x10, 0);
+        for (const auto &[setting, value] :
+             {std::pair(0x10, 1), {0x07, 1}, {0x10, 2}, {0x04, 0}, {0x07, 2}})
+            held.send(setting, value);
+        QCOMPARE(held.said.join(", "), "set 10 01 01 superseded, set 07 01 01 superseded");
+        held.release();
+        QTRY_COMPARE(held.said.mid(2).join(", "),
+                     "set 10 01 00 ok, set 10 01 02 ok, set 04 01 00 ok, set 07 01 02 ok");
     }
-    QCOMPARE(held.camera->reads(), 3);
-    QCOMPARE(held.queue.condition().read, EIO);
-    QVERIFY(held.results.contains("get not sent"));
-    held.camera->release();
-    QTRY_VERIFY(held.read() != 0);
-    const int before = held.camera->reads();
-    held.read();
-    held.read();
-    QCOMPARE(held.camera->reads(), before + 2);
-    QCOMPARE(held.queue.condition().read, 0);
-}
 
-void TestQueue::disconnected()
-{
-    HeldQueue held;
-    QSignalSpy conditions(&held.queue, &TransferQueue::conditionChanged);
-    held.sendHeld(0x10, 1);
-    held.send(0x07, 2); // waits, and goes with the camera
-    held.camera->release(ENODEV);
-    QTRY_COMPARE(held.results, QStringList({"set ENODEV", "disconnected ENODEV", "set ENODEV"}));
-    held.send(0x04, 1);
-    QCOMPARE(held.results.takeLast(), QString("set ENODEV"));
-    QCOMPARE(held.read(), 0);
-    QCOMPARE(conditions.size(), 1);
-    held.camera->release();
-    QTRY_VERIFY(held.read() != 0);
-    QCOMPARE(held.results.count("back ok"), 1);
-    QCOMPARE(conditions.size(), 2);
-    held.send(0x04, 0);
-    QTRY_COMPARE(held.camera->written(), QByteArray("10=01 04=00 "));
-}
+    void answers()
+    {
+        HeldQueue held;
+        QCOMPARE(held.read(), 1);
+        held.camera->held = always;
+        held.timer.start();
+        QCOMPARE(held.read(), 1); // the newest, while the next is under way
+        QVERIFY(held.timer.elapsed() < 200);
+        QCOMPARE(held.read(), 1);
+        QCOMPARE(held.camera->begun, 2); // both waited for the same
+        held.send(0x10, 1);
+        QCOMPARE(held.read(), 0); // all that was read is older than the command
+        held.release();
+        // Then the command, and the read that was wanted.
+        QTRY_COMPARE(held.said.join(", "),
+                     "get 01 01 01 ok, get 02 02 02 ok, set 10 01 01 ok, get 04 04 04 ok");
+        held.camera->held = always;
+        QCOMPARE(held.read(), 4);
+        held.release();
+        QTRY_COMPARE(held.said.size(), 5);
+        held.sendHeld(0x10, 2);
+        QCOMPARE(held.read(), 0); // the command is not through
+    }
 
-void TestQueue::readOnly()
-{
-    HeldQueue held(TransferQueue::ReadOnly);
-    held.send(0x10, 1);
-    QCOMPARE(held.read(), 1);
-    QCOMPARE(held.results, QStringList({"set not sent", "get ok"}));
-    QCOMPARE(held.camera->begun(), 1);
-}
-
-void TestQueue::finish_data()
-{
-    QTest::addColumn<QString>("underWay");
-    QTest::addColumn<QStringList>("results");
-    QTest::addColumn<int>("longest"); // ms
-
-    QTest::newRow("nothing") << "" << QStringList({"set ok", "set ok"}) << 1000;
-    QTest::newRow("a command that hangs")
-        << "set" << QStringList({"set ETIMEDOUT", "set not sent", "set not sent"}) << 2500;
-    QTest::newRow("a read that hangs") << "get" << QStringList() << 1000;
-}
-
-void TestQueue::finish()
-{
-    QFETCH(QString, underWay);
-    HeldQueue held;
-    if (underWay == "get") {
-        held.camera->hold();
+    void failingIsAskedLess()
+    {
+        HeldQueue held;
+        QCOMPARE(held.read(), 1);
+        held.release(EIO);
+        // Half a second, then a second.
+        for (held.timer.start(); held.timer.elapsed() < 1300; QTest::qWait(20))
+            QCOMPARE(held.read(), 0);
+        QCOMPARE(held.camera->begun, 3);
+        QCOMPARE(held.queue.condition().read, EIO);
+        QCOMPARE(held.said.last(), "get  not sent");
+        held.release();
+        QTRY_VERIFY(held.read() != 0);
+        const int before = held.camera->begun;
         held.read();
-    } else {
-        if (underWay == "set")
-            held.sendHeld(0x10, 1);
-        held.send(0x07, 1);
-        held.send(0x04, 1);
+        held.read();
+        QCOMPARE(held.camera->begun, before + 2);
+        QCOMPARE(held.queue.condition().read, 0);
     }
-    QElapsedTimer timer;
-    timer.start();
-    held.queue.finish();
-    QTEST(held.results, "results");
-    QFETCH(int, longest);
-    QVERIFY2(timer.elapsed() < longest, qPrintable(QString::number(timer.elapsed())));
-    // What hangs goes on for nobody, and sends nothing any more.
-    const QByteArray written = held.camera->written();
-    held.camera->release();
-    QTest::qWait(50);
-    QCOMPARE(held.camera->written(), written + (underWay == "set" ? "10=01 " : ""));
-    held.send(0x10, 2);
-    QCOMPARE(held.results.takeLast(), QString("set not sent"));
-}
+
+    void disconnected()
+    {
+        HeldQueue held;
+        QSignalSpy conditions(&held.queue, &TransferQueue::conditionChanged);
+        held.sendHeld(0x10, 1);
+        held.send(0x07, 2); // waits, and goes with the camera
+        held.release(ENODEV);
+        QTRY_COMPARE(held.said.join(", "),
+                     "set 10 01 01 ENODEV, event disconnected ENODEV, set 07 01 02 ENODEV");
+        held.send(0x04, 1);
+        QCOMPARE(held.said.last(), "set 04 01 01 ENODEV");
+        QCOMPARE(held.read(), 0);
+        QCOMPARE(conditions.size(), 1);
+        held.release();
+        QTRY_VERIFY(held.read() != 0);
+        QCOMPARE(held.said.count("event back ok"), 1);
+        QCOMPARE(conditions.size(), 2);
+        held.send(0x04, 0);
+        QTRY_COMPARE(held.said.last(), "set 04 01 00 ok");
+    }
+
+    void readOnly()
+    {
+        HeldQueue held(TransferQueue::ReadOnly);
+        held.send(0x10, 1);
+        QCOMPARE(held.read(), 1);
+        QCOMPARE(held.said.join(", "), "set 10 01 01 not sent, get 01 01 01 ok");
+    }
+
+    void finish_data()
+    {
+        QTest::addColumn<int>("held");
+        QTest::addColumn<QString>("said");
+        QTest::addColumn<int>("longest"); // ms
+        QTest::newRow("nothing") << 0 << "set 07 01 01 ok, set 04 01 01 ok" << 1000;
+        QTest::newRow("a command that hangs")
+            << always << "set 10 01 01 ETIMEDOUT, set 07 01 01 not sent, set 04 01 01 not sent"
+            << 2500;
+        QTest::newRow("a read that hangs") << always << "" << 1000;
+        QTest::newRow("a read that ends") << 40 << "get 02 02 02 ok" << 1000;
+    }
+
+    void finish()
+    {
+        const QString underWay(QTest::currentDataTag());
+        QFETCH(int, held);
+        HeldQueue queue;
+        queue.read(); // the first, which may take longer
+        queue.said.clear();
+        if (underWay.contains("command"))
+            queue.sendHeld(0x10, 1);
+        queue.camera->held = held;
+        if (underWay.contains("read")) {
+            queue.read();
+        } else {
+            queue.send(0x07, 1);
+            queue.send(0x04, 1);
+        }
+        queue.timer.start();
+        queue.queue.finish();
+        const qint64 took = queue.timer.elapsed();
+        QTEST(queue.said.join(", "), "said");
+        QFETCH(int, longest);
+        QVERIFY2(took < longest, qPrintable(QString::number(took)));
+        // What hangs goes on for nobody, and sends nothing any more.
+        const int begun = queue.camera->begun;
+        queue.release();
+        QTest::qWait(50);
+        queue.send(0x10, 2);
+        QCOMPARE(queue.said.last(), "set 10 01 02 not sent");
+        QCOMPARE(queue.camera->begun, begun);
+    }
+};
 
 TEST_MAIN(TestQueue)
 #include "tst_queue.moc"

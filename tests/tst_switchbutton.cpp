@@ -4,7 +4,6 @@
 
 #include <QPainter>
 #include <QPointer>
-#include <QSignalSpy>
 
 using namespace std::chrono_literals;
 using VirtualTime::advance;
@@ -84,16 +83,14 @@ private Q_SLOTS:
         QVERIFY(knob->x() < 12);
         advance(150ms);
         QCOMPARE(knob->geometry(), QRect(22, 2, 16, 16));
-        QSignalSpy slides(&button, &SwitchButton::sendAnimate);
         button.show(); // which brings nothing new
-        advance(150ms);
-        QCOMPARE(slides.count(), 0);
+        advance(30ms);
+        QCOMPARE(knob->geometry(), QRect(22, 2, 16, 16));
     }
 
-    // Of the track when off and on, and of the knob.
     void looks_data()
     {
-        QTest::addColumn<QStringList>("colors");
+        QTest::addColumn<QStringList>("colors"); // of the track when off and on, and of the knob
         QTest::newRow("enabled") << QStringList{"#3A3F46", "#E60033", "#FFFFFF"};
         QTest::newRow("disabled") << QStringList{"#666666", "#666666", "#FFFFFF"};
         QTest::newRow("recoloured") << QStringList{"#88FF11", "#1188FF", "#FF1188"};
@@ -106,8 +103,9 @@ private Q_SLOTS:
         QCOMPARE(button.cursor().shape(), Qt::PointingHandCursor);
         button.grab(); // at another size first
         button.resize(QSize(40, 20));
-        button.setEnabled(qstrcmp(QTest::currentDataTag(), "disabled") != 0);
-        if (qstrcmp(QTest::currentDataTag(), "recoloured") == 0) {
+        const QString look(QTest::currentDataTag());
+        button.setEnabled(look != "disabled");
+        if (look == "recoloured") {
             button.SetInactiveColor(colors[0]);
             button.SetActiveColor(colors[1]);
             button.SetSliderColor(colors[2]);
@@ -119,7 +117,6 @@ private Q_SLOTS:
             image.fill(Qt::transparent);
             QImage wanted = image;
             button.render(&image, {}, {}, QWidget::DrawChildren);
-
             QPainter painter(&wanted);
             painter.setRenderHint(QPainter::Antialiasing);
             painter.setPen(Qt::NoPen);

@@ -3,7 +3,6 @@
 #include <QDateTime>
 #include <QImage>
 #include <QMouseEvent>
-#include <QMutexLocker>
 #include <QPaintEngine>
 #include <QPainter>
 #include <QPainterPath>
@@ -57,7 +56,7 @@ PixmapDisplay::PixmapDisplay(QWidget *parent)
 PixmapDisplay::~PixmapDisplay()
 {
     {
-        const QMutexLocker locker(&mutex);
+        const std::lock_guard<std::recursive_mutex> lock(mutex);
         pixmap.reset();
     }
     delete animation;
@@ -65,7 +64,7 @@ PixmapDisplay::~PixmapDisplay()
 
 void PixmapDisplay::setPixmap(const QPixmap &pix)
 {
-    const QMutexLocker locker(&mutex);
+    const std::lock_guard<std::recursive_mutex> lock(mutex);
     pixmap = std::make_unique<QPixmap>(pix);
     Q_EMIT updatePic(); // under the lock: the widget may be deleted as soon as that is free
 }
@@ -169,7 +168,7 @@ void PixmapDisplay::updateDrawRect()
 void PixmapDisplay::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    const QMutexLocker locker(&mutex);
+    const std::lock_guard<std::recursive_mutex> lock(mutex);
     updateDrawRect();
 }
 
@@ -255,7 +254,7 @@ void PixmapDisplay::paintEvent(QPaintEvent *event)
     const bool animating = animRect.isValid();
     QPixmap picture;
     {
-        const QMutexLocker locker(&mutex);
+        const std::lock_guard<std::recursive_mutex> lock(mutex);
         if (pixmap)
             picture = *pixmap;
         if (!animating && !picture.isNull() && picture.size() != pixSize)

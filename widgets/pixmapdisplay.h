@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QColor>
-#include <QMutex>
 #include <QPixmap>
 #include <QPointer>
 #include <QRect>
@@ -10,6 +9,7 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 
 class QPainter;
 class QVariantAnimation;
@@ -112,7 +112,7 @@ private:
     std::unique_ptr<QPixmap> pixmap;
     /// Guards `pixmap`, and the widget's end from the thread that emits updatePic(). Recursive: a
     /// receiver in the same thread may paint.
-    QMutex mutex{QMutex::Recursive};
+    std::recursive_mutex mutex;
     QRect drawRect;
     bool previewForward = true;
     ScaleType scaleType = ScaleFit;
