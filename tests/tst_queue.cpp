@@ -22,12 +22,14 @@ struct HeldCamera : Camera
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         return {block, error};
     }
-    TransferResult write(int selector, const QByteArray & /*bytes*/) override
+    TransferResult write(int selector, const QByteArray &bytes) override
     {
+        written += bytes.mid(3, 3).toHex() + ' ';
         return read(selector);
     }
 
     std::atomic<int> held{0}, error{0}, begun{0}; ///< held: ms, at least
+    QByteArray written;                           ///< complete when the queue has said so
 };
 
 /// A queue with such a camera, and what it reported.
@@ -87,6 +89,7 @@ private Q_SLOTS:
         held.release();
         QTRY_COMPARE(held.said.mid(2).join(", "),
                      "set 10 01 00 ok, set 10 01 02 ok, set 04 01 00 ok, set 07 01 02 ok");
+        QCOMPARE(held.camera->written, QByteArray("100100 100102 040100 070102 "));
     }
 
     void answers()

@@ -115,10 +115,11 @@ private Q_SLOTS:
 
         mock.writes = 0;
         for (const auto &[result, error] : {std::pair(-1, EPIPE), {-1, ENODEV}, {12, EIO}}) {
-            mock.replies[{MockCamera::SetCur, 7}] = {result, error};
+            const MockCamera::Reply reply = {result, result < 0 ? error : 0};
+            mock.replies[{MockCamera::SetCur, 7}] = reply;
             QCOMPARE(write(*camera), error);
             QCOMPARE(camera->read(8).error, 0);
-            mock.replies[{MockCamera::GetCur, 8}] = {result, error};
+            mock.replies[{MockCamera::GetCur, 8}] = reply;
             const TransferResult failed = camera->read(8);
             QCOMPARE(failed.error, error);
             QCOMPARE(failed.bytes, QByteArray());
@@ -126,7 +127,8 @@ private Q_SLOTS:
             QCOMPARE(camera->read(8).bytes, QByteArray(60, 's'));
         }
         QCOMPARE(mock.writes, 3); // none of them again
-        for (const int error : {EACCES, EBUSY, EINVAL, EBADRQC, EPROTO, ETIMEDOUT})
+        QVERIFY(transferError("X", EACCES).contains("group \"video\""));
+        for (const int error : {EBUSY, EINVAL, EBADRQC, EPROTO, ETIMEDOUT})
             QVERIFY(transferError("X", error).startsWith("X failed: E"));
     }
 
