@@ -115,7 +115,8 @@ private Q_SLOTS:
             display.over = QColor(0, 0, 255, 100);
             display.setRoundCorder(display.corner = i / 2 % 2 * 40);
             display.turn(i / 4 % 5);
-            const qreal ratio = 1 + i / 20 * 0.5;
+            const int halves = 2 + i / 20;
+            const qreal ratio = halves * 0.5;
             const QImage wanted = display.painted(place, ratio);
             const auto what = QString("translucent %1, ratio %2, corner %3, angle %4")
                                   .arg(translucent)
@@ -198,19 +199,19 @@ private Q_SLOTS:
     // A display that the GUI thread deletes while a worker tells of a picture.
     void endsDuringEmission()
     {
-        auto *const display = new PixmapDisplay;
+        auto display = std::make_unique<PixmapDisplay>();
         std::atomic<bool> emitting(false);
         std::atomic<bool> emitted(false);
         // Without a context: called in the worker.
-        connect(display, &PixmapDisplay::updatePic, [&] {
+        connect(display.get(), &PixmapDisplay::updatePic, [&] {
             emitting = true;
             QThread::msleep(100); // as long as the end would take if it did not wait
             emitted = true;
         });
-        std::thread worker([display] { display->setPixmap(QPixmap()); });
+        std::thread worker([ending = display.get()] { ending->setPixmap(QPixmap()); });
         while (!emitting)
             std::this_thread::yield();
-        delete display;
+        display.reset();
         const bool waited = emitted;
         worker.join();
         QVERIFY(waited);

@@ -101,6 +101,7 @@ private Q_SLOTS:
         const QImage half = loadPixmapAutoFormat(svg.fileName(), QSize(40, 20), false).toImage();
         QCOMPARE(half.pixelColor(10, 10), QColor(Qt::green));
         QCOMPARE(half.pixelColor(30, 10), QColor(Qt::transparent));
+        QVERIFY(loadSvgAsPixmap(svg.fileName(), QSize()).isNull());
 
         const QString later = folder.filePath("later.png");
         QTest::ignoreMessage(QtDebugMsg, qPrintable("can not read file :  \"" + later + '"'));
@@ -193,11 +194,11 @@ private Q_SLOTS:
         QCOMPARE(button->geometry(), QRect(74, 5, 12, 12));
         button->show();
         // Of the disc behind the cross.
-        QCOMPARE(rendered(*button, emptyImage(12, 12)).pixelColor(2, 6), QColor("#3A3F46"));
+        QCOMPARE(rendered(*button, emptyImage(12, 12)).pixelColor(2, 6), QColor(0x3A3F46));
         button->setAttribute(Qt::WA_UnderMouse);
         QMouseEvent move(QEvent::MouseMove, {6, 6}, Qt::NoButton, {}, {});
         QCoreApplication::sendEvent(button, &move);
-        QCOMPARE(rendered(*button, emptyImage(12, 12)).pixelColor(2, 6), QColor("#E60033"));
+        QCOMPARE(rendered(*button, emptyImage(12, 12)).pixelColor(2, 6), QColor(0xE60033));
     }
 
     void scaling()

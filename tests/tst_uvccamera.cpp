@@ -3,23 +3,27 @@
 #include "testmain.h"
 #include "uvccamera.h"
 
+static QByteArray bytes(const char *hex)
+{
+    return QByteArray::fromHex(hex);
+}
+
 static QByteArray interface(int number, int classCode, int subclass)
 {
-    return QByteArray("\x09\x04", 2) + char(number) + QByteArray("\0\0", 2) + char(classCode) +
-           char(subclass) + QByteArray("\0\0", 2);
+    return bytes("0904") + char(number) + bytes("0000") + char(classCode) + char(subclass) +
+           bytes("0000");
 }
 
 /// An extension unit with one input.
 static QByteArray unit(int number, const char *controls)
 {
-    return QByteArray("\x1b\x24\x06", 3) + char(number) +
-           QByteArray::fromHex("00112233445566778899aabbccddeeff") + QByteArray("\x10\1\2\2", 4) +
-           QByteArray::fromHex(controls) + '\0';
+    return bytes("1b2406") + char(number) + bytes("00112233445566778899aabbccddeeff10010202") +
+           bytes(controls) + '\0';
 }
 
-static const QByteArray head = QByteArray("\x09\x02\0\0\1\1\0\x80\xfa", 9) + interface(0, 0x0e, 1);
+static const QByteArray head = bytes("0902000001010080fa") + interface(0, 0x0e, 1);
 static const QByteArray oneUnit = head + unit(3, "0100") + unit(4, "c000");
-static const QByteArray command(60, 'c');
+static const QByteArray command = bytes("63").repeated(60);
 
 static std::unique_ptr<UvcCamera> open()
 {
