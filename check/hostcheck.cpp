@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <iterator>
 #include <utility>
 
 using namespace std::chrono_literals;
@@ -126,7 +127,7 @@ private:
     RuleLine m_language{*m_lines, "The setting \"language\" is answered with a number"};
     RuleLine m_otherSetting{*m_lines, "A query for a setting that does not exist does no harm"};
     RuleLine m_status{*m_lines, "A get of control 8 is answered with an ExtensionUnit of 280 bytes,"
-                                " with its selector 8, its length at most 255"};
+                                " with its selector 8, its length at most 255, zeros beyond it"};
     RuleLine m_answers{*m_lines, "Every answer comes within 1000 ms"};
     RuleLine m_thawed{*m_lines, "A frozen window is thawed when the event loop comes round"};
     RuleLine m_destroyed{*m_lines,
@@ -146,6 +147,9 @@ HostCheck::HostCheck()
     small.setPointSize(9);
     setFont(small);
     m_lines->insertWidget(0, new QLabel(QStringLiteral("<b>Host check</b>")));
+    // In a host that gives no width, lines that wrap would make a narrow window, higher than a
+    // screen, and be cut off there.
+    setMinimumWidth(374);
     // From the answer on: behind a slow host the window must have time to live.
     m_poll.setSingleShot(true);
     m_poll.setInterval(1s);
@@ -271,9 +275,14 @@ void HostCheck::readStatus()
         return;
     }
     const auto unit = answer.value<ExtensionUnit>();
-    m_status.judge(
-        unit.selector == get.selector && unit.length <= sizeof unit.data,
-        QStringLiteral("came selector %1, length %2").arg(unit.selector).arg(unit.length));
+    const auto length = std::min<quint64>(unit.length, sizeof unit.data);
+    const bool leftovers =
+        std::any_of(unit.data + length, std::end(unit.data), [](quint8 byte) { return byte != 0; });
+    m_status.judge(unit.selector == get.selector && unit.length == length && !leftovers,
+                   QStringLiteral("came selector %1, length %2%3")
+                       .arg(unit.selector)
+                       .arg(unit.length)
+                       .arg(QLatin1String(leftovers ? ", other bytes beyond it" : "")));
 }
 
 QVariant HostCheck::request(int kind, const QVariant &record)

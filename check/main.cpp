@@ -55,17 +55,17 @@ int main(int argc, char *argv[])
     QCommandLineParser parser;
     parser.setApplicationDescription(
         "Checks whether a settings-panel plug-in keeps the contract with its host. Each check runs "
-        "in a "
-        "process of its own, where time passes as fast as the panel computes.\n\n"
-        "Exit status: 0 if no check failed, 1 if one did, 2 for bad arguments.");
+        "in a process of its own, where time passes as fast as the panel computes.\n\n"
+        "Exit status: 0 if no check failed; 1 if one did, or the results cannot be written; 2 for "
+        "bad arguments.");
     parser.addOption({"list", "Print the checks and what they check, and exit."});
-    parser.addOption({"only", "Run this check, any number of times for others.", "name"});
+    parser.addOption({"only", "Run this check alone. Given several times: these checks.", "name"});
     parser.addOption({"seed", "Repeat the random choices of an earlier run.", "n"});
     parser.addOption({"junit", "Write the results to a file too, as JUnit does.", "file"});
     // Not the parser's own help option: it announces Qt's options, which this program has no use
     // for.
     parser.addOption({{"h", "help"}, "Print this help."});
-    parser.addVersionOption();
+    parser.addOption({{"v", "version"}, "Print the version."});
     parser.addPositionalArgument("plugin", "The plug-in's file.", "PLUGIN");
     if (!parser.parse(QCoreApplication::arguments()))
         return complain(parser.errorText(), badArguments);

@@ -43,6 +43,17 @@ static QString malformation(const Request &request)
 static void checkRequests(const Task &task)
 {
     CheckedPanel &panel = CheckedPanel::open(task);
+    const auto expectWellFormed = [&panel] {
+        const QVector<Request> requests = panel.takeRequests();
+        for (const Request &request : requests) {
+            const QString problem = malformation(request);
+            QString came = request.inWords();
+            if (!came.contains(problem))
+                came += ": " + problem;
+            expect(problem.isEmpty(), "well-formed requests", came);
+        }
+    };
+    expectWellFormed();
     // Twice: what the first round shows takes part in the second.
     for (int round = 0; round < 2 * CheckedPanel::WayCount; ++round) {
         const QWidgetList controls = panel.controls();
@@ -50,16 +61,13 @@ static void checkRequests(const Task &task)
             if (panel.controls().contains(control))
                 panel.use(control, static_cast<CheckedPanel::Way>(round % CheckedPanel::WayCount));
             VirtualTime::advance(300ms);
+            expectWellFormed();
         }
     }
     step("resetToDefault");
     panel.api->resetToDefault();
     VirtualTime::advance(1s);
-    const QVector<Request> requests = panel.takeRequests();
-    for (const Request &request : requests) {
-        const QString problem = malformation(request);
-        expect(problem.isEmpty(), "well-formed requests", request.inWords() + ": " + problem);
-    }
+    expectWellFormed();
 }
 
 static void checkQuiet(const Task &task)

@@ -16,13 +16,14 @@ function(compress output input)
     add_custom_target(compress_${name} ALL DEPENDS ${output})
 endfunction()
 
-# man_page(<program> <description>): its own --help as a page of section 1.
+# man_page(<program> <description>): its own --help as a page of section 1. help2man gives the
+# program's path to a shell without quotes: a relative one has no space in it, wherever this is built.
 function(man_page program description)
     set(page ${PROJECT_BINARY_DIR}/${program}.1)
     add_custom_command(OUTPUT ${page}
         COMMAND ${HELP2MAN} --no-info --name=${description} --output=${page}
-            $<TARGET_FILE:${program}>
-        DEPENDS ${program} VERBATIM)
+            $<PATH:RELATIVE_PATH,$<TARGET_FILE:${program}>,${PROJECT_BINARY_DIR}>
+        WORKING_DIRECTORY ${PROJECT_BINARY_DIR} DEPENDS ${program} VERBATIM)
     compress(${page}.gz ${page})
     install(FILES ${page}.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT programs)
 endfunction()
@@ -50,7 +51,8 @@ install(DIRECTORY examples
 set(CPACK_COMPONENT_PLUGIN_DESCRIPTION "settings panel for a camera's subject tracking
 A Qt 5 plug-in for camera-control applications. It adds one settings panel,
 \"AI Tracking\": tracking on or off, what is tracked, how the camera follows
-and how the picture is composed. The panel follows what the camera does.")
+and how the picture is composed. It follows a camera whose tracking is turned
+on or off, or whose type is changed, by somebody else.")
 set(CPACK_DEBIAN_PLUGIN_PACKAGE_SECTION video)
 
 set(CPACK_COMPONENT_PROGRAMS_DESCRIPTION "reference host and checks for camera settings panels

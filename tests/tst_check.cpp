@@ -65,7 +65,7 @@ private Q_SLOTS:
         row("leaves-widget", "leftovers", "a QLabel \"left\"");
         row("sends-after-death", "after-death", "a read of control 8");
         row("leaks", "lives", "100 more after 100 lives");
-        row("sends-tail", "requests", "bytes beyond the value");
+        row("sends-tail", "requests", "bytes beyond the value; at: click ");
         row("echoes", "quiet", "a write to control 7 (Tracking: o");
         row("calls-from-thread", "gui-thread", "a read of control 8 of another");
         row("crashes-on-empty-answer", "answers",

@@ -52,6 +52,7 @@ void TestHostCheck::hosts_data()
         {"foreign record", "failed: A get of.*came SettingData"},
         {"selector 7", "failed: A get of.*came selector 7, length 60"},
         {"length 300", "failed: A get of.*came selector 8, length 300"},
+        {"leftovers", "failed: A get of.*came selector 8, length 60, other bytes beyond it"},
         {"slow", "failed: Every answer.*longest 1[0-9]{3} ms.*"},
         {"channel late", "failed: The channel.*came none"},
         {"takes the channel away", "failed: The channel.*came none"},
@@ -96,6 +97,7 @@ void TestHostCheck::hosts()
             QThread::msleep(1100);
         unit.selector = is("selector 7") ? 7 : 8;
         unit.length = is("length 300") ? 300 : 60;
+        unit.data[254] = is("leftovers") ? 1 : 0;
         return QVariant::fromValue(unit);
     };
     QTimer freezer;
