@@ -62,7 +62,7 @@ QString framingProblem(bool write, qint64 selector, const QByteArray &bytes)
 
 QString refusal(bool write, qint64 selector, const QByteArray &bytes)
 {
-    const QString problem = framingProblem(write, selector, bytes);
+    QString problem = framingProblem(write, selector, bytes);
     if (!write || !problem.isEmpty())
         return problem;
     const Field field = fieldOf(bytes);
