@@ -48,7 +48,17 @@ public:
             qCInfo(hostCheck, "%s", qPrintable(accessibleName()));
     }
 
+protected:
+    void resizeEvent(QResizeEvent *event) override
+    {
+        QLabel::resizeEvent(event);
+        makeRoom();
+    }
+
 private:
+    // Layouts count a label that wraps as one line where room is scarce, and cut off the rest.
+    void makeRoom() { setMinimumHeight(heightForWidth(width())); }
+
     void show(State state, const QString &seen)
     {
         static constexpr const char *states[] = {"not yet seen", "passed", "failed"};
@@ -61,6 +71,7 @@ private:
         setText(
             QStringLiteral("<span style='background: %1; color: white'>&nbsp;%2&nbsp;</span> %3")
                 .arg(QLatin1String(colors[state]), word, rest.toHtmlEscaped()));
+        makeRoom();
     }
 
     const QString m_rule;
@@ -146,6 +157,7 @@ HostCheck::HostCheck()
     QFont small = font();
     small.setPointSize(9);
     setFont(small);
+    setMinimumWidth(50 * fontMetrics().averageCharWidth());
     m_lines->insertWidget(0, new QLabel(QStringLiteral("<b>Host check</b>")));
     // In a host that gives no width, lines that wrap would make a narrow window, higher than a
     // screen, and be cut off there.
