@@ -157,7 +157,6 @@ HostCheck::HostCheck()
     QFont small = font();
     small.setPointSize(9);
     setFont(small);
-    setMinimumWidth(50 * fontMetrics().averageCharWidth());
     m_lines->insertWidget(0, new QLabel(QStringLiteral("<b>Host check</b>")));
     // In a host that gives no width, lines that wrap would make a narrow window, higher than a
     // screen, and be cut off there.
