@@ -160,7 +160,7 @@ HostCheck::HostCheck()
     m_lines->insertWidget(0, new QLabel(QStringLiteral("<b>Host check</b>")));
     // In a host that gives no width, lines that wrap would make a narrow window, higher than a
     // screen, and be cut off there.
-    setMinimumWidth(374);
+    setMinimumWidth(60 * fontMetrics().averageCharWidth());
     // From the answer on: behind a slow host the window must have time to live.
     m_poll.setSingleShot(true);
     m_poll.setInterval(1s);
