@@ -107,7 +107,7 @@ static void checkAnswers(Host &host)
 static void checkRandomUse(Host &host)
 {
     host.open();
-    for (int use = 0; use < 500; ++use) {
+    for (int use = 0; use < 400; ++use) {
         const int what = host.any(8);
         if (what == 0)
             host.camera.setValue(settingFields.at(host.any(4)), static_cast<quint8>(host.any(256)));
