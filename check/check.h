@@ -2,25 +2,9 @@
 
 #include <QString>
 
-#include <chrono>
-#include <random>
 #include <vector>
 
-/// What a check gets to work with.
-struct Task
-{
-    QString plugin; ///< the file, with its whole path
-    mutable std::mt19937 random;
-
-    /// A number of 0 to `count` - 1, the same in every run with the same seed.
-    int any(int count) const { return static_cast<int>(random() % static_cast<unsigned>(count)); }
-
-    /// A span of less than `limit`.
-    std::chrono::milliseconds anyTime(int limit) const
-    {
-        return std::chrono::milliseconds(any(limit));
-    }
-};
+class Host;
 
 /// One rule of the contract between host and panel, and how it is checked. A check runs in a
 /// process of its own, which ends with it: a panel may do there what it wants.
@@ -28,8 +12,8 @@ struct Check
 {
     const char *name;
     const char *rule;
-    void (*run)(const Task &task);
-    const char *needs = ""; ///< the check without which this one would say nothing
+    void (*run)(Host &host);
+    const char *needs = ""; ///< the check without which this one would say nothing; stands before
     const char *dpi = "96"; ///< the logical density of its screen
     int tries = 1;          ///< how often it may fail before it has failed
 };

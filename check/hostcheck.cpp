@@ -48,7 +48,17 @@ public:
             qCInfo(hostCheck, "%s", qPrintable(accessibleName()));
     }
 
+protected:
+    void resizeEvent(QResizeEvent *event) override
+    {
+        QLabel::resizeEvent(event);
+        makeRoom();
+    }
+
 private:
+    // Layouts count a label that wraps as one line where room is scarce, and cut off the rest.
+    void makeRoom() { setMinimumHeight(heightForWidth(width())); }
+
     void show(State state, const QString &seen)
     {
         static constexpr const char *states[] = {"not yet seen", "passed", "failed"};
@@ -61,6 +71,7 @@ private:
         setText(
             QStringLiteral("<span style='background: %1; color: white'>&nbsp;%2&nbsp;</span> %3")
                 .arg(QLatin1String(colors[state]), word, rest.toHtmlEscaped()));
+        makeRoom();
     }
 
     const QString m_rule;
@@ -149,7 +160,7 @@ HostCheck::HostCheck()
     m_lines->insertWidget(0, new QLabel(QStringLiteral("<b>Host check</b>")));
     // In a host that gives no width, lines that wrap would make a narrow window, higher than a
     // screen, and be cut off there.
-    setMinimumWidth(374);
+    setMinimumWidth(60 * fontMetrics().averageCharWidth());
     // From the answer on: behind a slow host the window must have time to live.
     m_poll.setSingleShot(true);
     m_poll.setInterval(1s);

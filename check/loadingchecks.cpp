@@ -1,7 +1,7 @@
 // What can be said of a plug-in before it is given anything to do.
 
 #include "check.h"
-#include "orvpluginapi.h"
+#include "host.h"
 #include "pluginfile.h"
 
 #include <QElapsedTimer>
@@ -10,23 +10,26 @@
 #include <QProcess>
 #include <QStringList>
 
-static void checkMetadata(const Task &task)
+static void checkMetadata(Host &host)
 {
-    const QString problem = PluginFile::interfaceProblem(QPluginLoader(task.plugin).metaData());
+    const QString problem = PluginFile::interfaceProblem(QPluginLoader(host.plugin).metaData());
     expect(problem.isEmpty(), "a Qt plug-in for this interface", problem);
 }
 
-static void checkQtVersion(const Task &task)
+static void checkQtVersion(Host &host)
 {
-    const QString problem = PluginFile::versionProblem(QPluginLoader(task.plugin).metaData());
+    const QString problem = PluginFile::versionProblem(QPluginLoader(host.plugin).metaData());
     expect(problem.isEmpty(), "a plug-in that this Qt loads", problem);
 }
 
-static void checkExports(const Task &task)
+static void checkExports(Host &host)
 {
     QProcess nm;
-    nm.start("nm", {"-D", "--defined-only", "--format=just-symbols", task.plugin});
-    expect(nm.waitForFinished() && nm.exitCode() == 0, "nm lists the exports", nm.errorString());
+    nm.start("nm", {"-D", "--defined-only", "--format=just-symbols", host.plugin});
+    nm.waitForFinished();
+    expect(nm.error() != QProcess::FailedToStart, "nm, of binutils, to list the exports",
+           "no such program");
+    expect(nm.exitCode() == 0, "nm lists the exports", nm.readAllStandardError());
     QStringList others = QString(nm.readAllStandardOutput()).split('\n');
     for (const char *const allowed : {"qt_plugin_instance", "qt_plugin_query_metadata", ""})
         others.removeAll(allowed);
@@ -34,24 +37,24 @@ static void checkExports(const Task &task)
            QString("%1 more, such as %2").arg(others.size()).arg(others.value(0)));
 }
 
-static void checkSymbols(const Task &task)
+static void checkSymbols(Host &host)
 {
-    QPluginLoader loader(task.plugin);
+    QPluginLoader loader(host.plugin);
     loader.setLoadHints(QLibrary::ResolveAllSymbolsHint);
     expect(loader.load(), "all symbols are found", loader.errorString());
 }
 
-static void checkLoadTime(const Task &task)
+static void checkLoadTime(Host &host)
 {
     QElapsedTimer time;
     time.start();
-    QPluginLoader(task.plugin).load();
+    QPluginLoader(host.plugin).load();
     expect(time.elapsed() < 100, "less than 100 ms", QString("%1 ms").arg(time.elapsed()));
 }
 
-static void checkInstance(const Task &task)
+static void checkInstance(Host &host)
 {
-    QPluginLoader loader(task.plugin);
+    QPluginLoader loader(host.plugin);
     const QPointer<QObject> first = loader.instance();
     expect(first, "an instance", loader.errorString());
     expect(loader.instance() == first, "one instance", "another one");
@@ -63,13 +66,12 @@ static void checkInstance(const Task &task)
         expect(second->qt_metacast(name), QString("a cast to \"%1\"").arg(name), "null");
 }
 
-static void checkIdentity(const Task &task)
+static void checkIdentity(Host &host)
 {
-    const PluginFile plugin = PluginFile::load(task.plugin);
-    const QString name = plugin.api ? plugin.api->name() : QString();
-    expect(!name.isEmpty(), "a name", "an empty one");
-    const int category = plugin.api ? plugin.api->category() : -1;
-    expect(category >= 0, "a category of 0 or more", QString::number(category));
+    host.load();
+    OrvPluginApi *const api = host.api;
+    expect(!api->name().isEmpty(), "a name", "an empty one");
+    expect(api->category() >= 0, "a category of 0 or more", QString::number(api->category()));
 }
 
 std::vector<Check> loadingChecks()

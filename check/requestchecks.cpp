@@ -1,7 +1,7 @@
 // What goes over the channel, and what comes back.
 
 #include "check.h"
-#include "checkedpanel.h"
+#include "host.h"
 #include "virtualtime.h"
 
 #include <QThread>
@@ -11,171 +11,113 @@
 using namespace std::chrono_literals;
 using namespace TrackingProtocol;
 
-/// What is wrong with a request; empty if nothing is.
-static QString malformation(const Request &request)
+static void checkRequests(Host &host)
 {
-    const int type = request.record.userType();
-    if (request.kind == ChannelRequest::Setting)
-        return type == qMetaTypeId<SettingData>() ? "" : "no SettingData";
-    if (request.kind == ChannelRequest::Camera)
-        return type == qMetaTypeId<CameraData>() ? "" : "no CameraData";
-    if (request.kind != ChannelRequest::Extension)
-        return QString("the kind %1").arg(request.kind);
-    if (type != qMetaTypeId<ExtensionUnit>())
-        return "no ExtensionUnit";
-
-    const ExtensionUnit unit = request.unit();
-    if (unit.length > sizeof unit.data || (!unit.write && unit.length != 0))
-        return QString("a length of %1").arg(unit.length);
-    const auto isSet = [](quint8 byte) {
-        return byte != 0;
+    host.open();
+    const auto expectWellFormed = [&](std::chrono::milliseconds span) {
+        host.live(span);
+        host.expectRequests("well-formed requests",
+                            [](const Request &request) { return request.problem().isEmpty(); });
     };
-    if (std::any_of(unit.data + unit.length, std::end(unit.data), isSet))
-        return "bytes beyond the length";
-    QString problem = framingProblem(unit.write, unit.selector, request.bytes());
-    if (!unit.write || !problem.isEmpty())
-        return problem;
-    const int valueEnd = valueOffset + unit.data[valueOffset - 1];
-    return std::any_of(unit.data + valueEnd, std::end(unit.data), isSet) ? "bytes beyond the value"
-                                                                         : "";
-}
-
-static void checkRequests(const Task &task)
-{
-    CheckedPanel &panel = CheckedPanel::open(task);
-    const auto expectWellFormed = [&panel] {
-        const QVector<Request> requests = panel.takeRequests();
-        for (const Request &request : requests) {
-            const QString problem = malformation(request);
-            QString came = request.inWords();
-            if (!came.contains(problem))
-                came += ": " + problem;
-            expect(problem.isEmpty(), "well-formed requests", came);
-        }
-    };
-    expectWellFormed();
-    // Twice: what the first round shows takes part in the second.
-    for (int round = 0; round < 2 * CheckedPanel::WayCount; ++round) {
-        const QWidgetList controls = panel.controls();
+    expectWellFormed(6s);
+    // Often, for there are three ways, and what one round shows takes part in the next.
+    for (int round = 0; round < 12; ++round) {
+        const QWidgetList controls = host.controls();
         for (QWidget *const control : controls) {
-            if (panel.controls().contains(control))
-                panel.use(control, static_cast<CheckedPanel::Way>(round % CheckedPanel::WayCount));
-            VirtualTime::advance(300ms);
-            expectWellFormed();
+            if (host.controls().contains(control))
+                host.use(control);
+            expectWellFormed(300ms);
         }
     }
-    step("resetToDefault");
-    panel.api->resetToDefault();
-    VirtualTime::advance(1s);
-    expectWellFormed();
+    host.reset();
+    expectWellFormed(1s);
 }
 
-static void checkQuiet(const Task &task)
+static void checkQuiet(Host &host)
 {
-    CheckedPanel &panel = CheckedPanel::open(task);
-    panel.takeRequests();
+    host.open();
+    host.expectRequests({}, [](const Request &) { return true; });
+    step("the camera changes itself");
     for (int change = 0; change < 60; ++change) {
         // Now and then a value that means nothing.
-        panel.camera.setValue(settingFields.at(task.any(4)), static_cast<quint8>(task.any(5)));
-        VirtualTime::advance(task.anyTime(3000));
-        const QVector<Request> sent = panel.takeRequests(false);
-        expect(sent.isEmpty(), "nothing sent while only the camera changes",
-               sent.value(0).inWords());
+        host.camera.setValue(settingFields.at(host.any(4)), static_cast<quint8>(host.any(5)));
+        host.live(host.anyTime(3000));
+        host.expectRequests("nothing sent while only the camera changes", &Request::asks);
     }
 }
 
-static void checkGuiThread(const Task &task)
+static void checkGuiThread(Host &host)
 {
-    CheckedPanel &panel = CheckedPanel::open(task);
+    host.open();
     for (int use = 0; use < 25; ++use) {
-        panel.useAny(task);
-        VirtualTime::advance(100ms);
+        host.useAny();
         QThread::msleep(20); // other threads have real time
+        host.expectRequests("requests of the GUI thread alone",
+                            [](const Request &request) { return request.onGuiThread; });
     }
-    const QVector<Request> requests = panel.takeRequests();
-    for (const Request &request : requests)
-        expect(request.onGuiThread, "requests of the GUI thread alone",
-               request.inWords() + " of another");
 }
 
 /// An answer to the get `unit` that no sound host gives.
-static QVariant oddAnswer(const QString &kind, ExtensionUnit unit, const Task &task)
+static QVariant oddAnswer(const QString &kind, ExtensionUnit unit, Host &host)
 {
     static bool nested = false;
     if (kind == "missing")
         return {};
     if (kind == "foreign")
         return QVector<QVariant>{8, "8", QVariantMap(), QVariant::fromValue(SettingData())}.at(
-            task.any(4));
-    std::generate(std::begin(unit.data), std::end(unit.data), [&] { return task.any(4); });
-    unit.length = 60;
-    if (kind == "empty") {
-        unit.length = 0;
-    } else if (kind == "short") {
-        unit.length = 1 + static_cast<quint64>(task.any(4));
-    } else if (kind == "too long") {
-        unit.length = ~quint64(0);
-    } else if (kind == "random") {
-        std::generate(std::begin(unit.data), std::end(unit.data), [&] { return task.any(256); });
-        unit.selector = task.any(256);
-    } else if (kind == "late") {
+            host.any(4));
+    const int values = kind == "random" ? 256 : 4;
+    std::generate(std::begin(unit.data), std::end(unit.data), [&] { return host.any(values); });
+    unit.length = kind == "empty"      ? 0
+                  : kind == "short"    ? 1 + static_cast<quint64>(host.any(4))
+                  : kind == "too long" ? ~quint64(0)
+                                       : 60;
+    if (kind == "late")
         VirtualTime::now += 400ms;
-    } else if (kind == "given after other events" && !std::exchange(nested, true)) {
+    if (kind == "given after other events" && !std::exchange(nested, true)) {
         VirtualTime::advance(300ms);
         nested = false;
     }
     return QVariant::fromValue(unit);
 }
 
-static void checkAnswers(const Task &task)
+static void checkAnswers(Host &host)
 {
     for (const char *const kind : {"missing", "empty", "short", "too long", "foreign", "random",
                                    "late", "given after other events"}) {
         for (const bool atStart : {true, false}) {
-            step(QString("answers that are ") + kind);
-            CheckedPanel &panel = CheckedPanel::load(task);
-            panel.language = QVector<QVariant>{1, 0, {}, "en", QVariantMap()}.at(task.any(5));
+            host.load();
+            host.language = QVector<QVariant>{1, 0, {}, "en", QVariantMap()}.at(host.any(5));
             const auto answer = [&](const ExtensionUnit &unit) {
-                return oddAnswer(kind, unit, task);
+                return oddAnswer(kind, unit, host);
             };
             if (atStart)
-                panel.answer = answer;
-            panel.window->show();
-            panel.insert();
-            VirtualTime::advance(6s);
-            panel.answer = answer;
-            for (int use = 0; use < 10; ++use) {
-                panel.useAny(task);
-                VirtualTime::advance(700ms);
-            }
-            panel.destroyWindow();
+                host.answer = answer;
+            host.window->show();
+            step(QString("answers that are ") + kind);
+            host.insert();
+            host.live(6s);
+            host.answer = answer;
+            for (int use = 0; use < 20; ++use)
+                host.useAny();
         }
     }
 }
 
-static void checkRandomUse(const Task &task)
+static void checkRandomUse(Host &host)
 {
-    CheckedPanel &panel = CheckedPanel::open(task);
-    for (int use = 0; use < 500; ++use) {
-        switch (task.any(8)) {
-        case 0:
-            panel.camera.setValue(settingFields.at(task.any(4)),
-                                  static_cast<quint8>(task.any(256)));
-            break;
-        case 1:
-            panel.window->resize(200 + task.any(800), 200 + task.any(1200));
-            break;
-        case 2:
-            panel.window->setVisible(task.any(4) > 0);
-            break;
-        case 3:
-            step("resetToDefault");
-            panel.api->resetToDefault();
-            break;
-        default:
-            panel.useAny(task);
-        }
-        VirtualTime::advance(task.anyTime(1 + task.any(1000)));
+    host.open();
+    for (int use = 0; use < 400; ++use) {
+        const int what = host.any(8);
+        if (what == 0)
+            host.camera.setValue(settingFields.at(host.any(4)), static_cast<quint8>(host.any(256)));
+        else if (what == 1)
+            host.window->resize(200 + host.any(800), 200 + host.any(1200));
+        else if (what == 2)
+            host.window->setVisible(host.any(4) > 0);
+        else if (what == 3)
+            host.reset();
+        host.useAny();
     }
 }
 

@@ -1,186 +1,186 @@
 #include "runner.h"
 
+#include "host.h"
+
 #include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QMap>
 #include <QProcess>
-#include <QSaveFile>
+#include <QSemaphore>
 #include <QTextStream>
 #include <QThread>
-#include <QTimer>
 #include <QXmlStreamWriter>
 
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <fcntl.h>
+#include <future>
+#include <sys/prctl.h>
+#include <unistd.h>
 
 using namespace std::chrono_literals;
 
-static constexpr auto timeLimit = 15s;
+static constexpr auto timeLimit = 30s;
 
-// What a check reports, on standard output, among what the panel may write there.
-static constexpr char expectedMark[] = "orvcheck expected: ";
-static constexpr char cameMark[] = "orvcheck came: ";
-static constexpr char stepMark[] = "orvcheck step: ";
+/// In the process of a check: where it reports, a line each, "word text".
+static int reports = STDOUT_FILENO;
 
-static void report(const char *mark, const QString &text)
+static void report(const char *word, const QString &text = {})
 {
-    std::fprintf(stdout, "\n%s%s\n", mark, qUtf8Printable(text.simplified()));
-    std::fflush(stdout);
+    dprintf(reports, "%s %s\n", word, qUtf8Printable(text.simplified()));
 }
 
 void expect(bool kept, const QString &expected, const QString &came)
 {
     if (kept)
         return;
-    report(expectedMark, expected);
-    report(cameMark, came);
+    report("expected", expected);
+    report("came", came);
     std::_Exit(1);
 }
 
 void step(const QString &what)
 {
-    report(stepMark, what);
+    report("step", what);
 }
 
-Runner::Runner(QString plugin, QString seed, const std::vector<Check> &checks)
-    : m_plugin(std::move(plugin))
-    , m_seed(std::move(seed))
+void runHere(const Check &check, const QString &plugin, quint32 seed)
 {
-    for (const Check &check : checks) {
-        m_outcomes.emplace_back();
-        m_outcomes.back().check = check;
-    }
+    prctl(PR_SET_PDEATHSIG, SIGKILL); // a panel that hangs does not outlive the checker
+    // What the panel prints is not to be taken for a report, nor its exit for the end of the check.
+    reports = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0);
+    dup2(STDERR_FILENO, STDOUT_FILENO);
+    Host host(plugin, seed);
+    check.run(host);
+    report("passed");
+    // Nothing is torn down: what a panel does at the end of a process is no check's subject.
+    std::_Exit(0);
 }
 
-int Runner::count(int state) const
+/// What came of a check.
+struct Outcome
 {
-    return static_cast<int>(std::count_if(m_outcomes.begin(), m_outcomes.end(),
-                                          [=](const Outcome &one) { return one.state == state; }));
+    enum State { Passed, Failed, Skipped };
+
+    State state = Skipped;
+    QStringList details; ///< why it has not passed, for the user
+    qint64 duration = 0; ///< ms
+};
+
+/// On one line, without what neither a terminal nor XML can show.
+static QString printable(QString text)
+{
+    std::replace_if(
+        text.begin(), text.end(), [](QChar c) { return !c.isPrint() && !c.isSpace(); }, '?');
+    return text.simplified();
 }
 
-void Runner::start()
+static Outcome runInProcess(const Check &check, const QString &plugin, quint32 seed)
 {
-    // One that hangs may hang asleep, so there may be more of them than processors.
-    const int sideBySide = std::max(4, QThread::idealThreadCount());
-    for (Outcome &outcome : m_outcomes) {
-        if (outcome.state != Due)
-            continue;
-        State needed = Passed;
-        for (const Outcome &other : m_outcomes) {
-            if (std::strcmp(other.check.name, outcome.check.needs) == 0)
-                needed = other.state;
-        }
-        if (needed == Failed || needed == Skipped)
-            outcome.state = Skipped;
-        else if (needed == Passed && count(Running) < sideBySide)
-            run(outcome);
-    }
-    print();
-    if (count(Running) == 0)
-        Q_EMIT finished();
-}
-
-void Runner::run(Outcome &outcome)
-{
-    outcome.state = Running;
-    outcome.time.start();
-    auto *const process = new QProcess(this);
-    process->setProcessChannelMode(QProcess::MergedChannels);
+    QElapsedTimer time;
+    time.start();
+    QProcess process;
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.insert("QT_QPA_PLATFORM", "offscreen");
-    environment.insert("QT_FONT_DPI", outcome.check.dpi);
+    environment.insert("QT_FONT_DPI", check.dpi);
     environment.insert("QT_LOGGING_RULES", "default.warning=false"); // of that platform's limits
-    process->setProcessEnvironment(environment);
-    const auto over = qOverload<int, QProcess::ExitStatus>(&QProcess::finished);
-    connect(process, over, this, [this, &outcome, process] { end(outcome, *process, true); });
-    QTimer::singleShot(timeLimit, process,
-                       [this, &outcome, process] { end(outcome, *process, false); });
-    process->start(QCoreApplication::applicationFilePath(),
-                   {"--check", outcome.check.name, m_plugin, m_seed});
+    process.setProcessEnvironment(environment);
+    process.start(QCoreApplication::applicationFilePath(),
+                  {"--check", check.name, plugin, QString::number(seed)});
+    QByteArray words;
+    // In short waits, for a panel may print without end.
+    while (process.state() != QProcess::NotRunning && !time.hasExpired(timeLimit / 1ms)) {
+        process.waitForFinished(100);
+        words = (words + process.readAllStandardError()).right(1000);
+    }
+    const bool hangs = process.state() != QProcess::NotRunning;
+    process.kill();
+    process.waitForFinished();
+
+    QMap<QString, QString> said;
+    const auto lines = QString(process.readAllStandardOutput()).split('\n');
+    for (const QString &line : lines)
+        said[line.section(' ', 0, 0)] = line.section(' ', 1);
+    if (said.contains("passed"))
+        return {Outcome::Passed, {}, time.elapsed()};
+    if (!said.contains("expected")) {
+        said["expected"] = "an end of the check";
+        said["came"] = hangs ? QString("none within %1 s").arg(timeLimit / 1s)
+                       : process.exitStatus() == QProcess::CrashExit
+                           ? QString("a crash (%1)").arg(strsignal(process.exitCode()))
+                           : QString("an exit with status %1").arg(process.exitCode());
+        const QByteArray lastLine = words.trimmed().split('\n').constLast();
+        if (!lastLine.isEmpty())
+            said["came"] += ", after \"" + lastLine + '"';
+    }
+    if (said.contains("step"))
+        said["came"] += "; at: " + said["step"];
+    return {Outcome::Failed,
+            {"expected: " + printable(said["expected"]), "came:     " + printable(said["came"])},
+            time.elapsed()};
 }
 
-void Runner::end(Outcome &outcome, QProcess &process, bool isOver)
+static void writeJUnit(QFile &file, const QString &plugin, const std::vector<Check> &checks,
+                       const std::vector<Outcome> &outcomes, int failures)
 {
-    process.disconnect(this);
-    if (!isOver) {
-        process.kill();
-        process.waitForFinished();
-    }
-    outcome.duration = outcome.time.elapsed();
-    const bool crashed = process.exitStatus() == QProcess::CrashExit;
-    outcome.expected = "an end of the check";
-    outcome.came = !isOver   ? QString("none within %1 s").arg(timeLimit / 1s)
-                   : crashed ? QString("a crash (%1)").arg(strsignal(process.exitCode()))
-                             : QString("exit status %1").arg(process.exitCode());
-    QString lastStep;
-    QString lastWords;
-    const QStringList lines = QString(process.readAll()).split('\n');
-    for (const QString &line : lines) {
-        const QString text = line.section(": ", 1);
-        if (line.startsWith(expectedMark))
-            outcome.expected = text;
-        else if (line.startsWith(cameMark))
-            outcome.came = text;
-        else if (line.startsWith(stepMark))
-            lastStep = text;
-        else if (!line.isEmpty())
-            lastWords = line;
-    }
-    if (crashed && isOver && !lastWords.isEmpty())
-        outcome.came += ", after \"" + lastWords + '"';
-    if (!lastStep.isEmpty())
-        outcome.came += "; at: " + lastStep;
-    if (isOver && !crashed && process.exitCode() == 0)
-        outcome.state = Passed;
-    else
-        outcome.state = ++outcome.tries < outcome.check.tries ? Due : Failed;
-    process.deleteLater();
-    start();
-}
-
-void Runner::print()
-{
-    QTextStream out(stdout);
-    static constexpr const char *words[] = {"", "", "passed", "FAILED", "skipped"};
-    for (; m_printed < m_outcomes.size() && m_outcomes.at(m_printed).state >= Passed; ++m_printed) {
-        const Outcome &outcome = m_outcomes.at(m_printed);
-        out << qSetFieldWidth(16) << left << words[outcome.state] << outcome.check.name
-            << qSetFieldWidth(0) << outcome.check.rule << '\n';
-        if (outcome.state == Failed)
-            out << "  expected: " << outcome.expected << "\n  came:     " << outcome.came << '\n';
-        else if (outcome.state == Skipped)
-            out << "  needs:    " << outcome.check.needs << '\n';
-    }
-}
-
-bool Runner::writeJUnit(const QString &file) const
-{
-    QSaveFile target(file);
-    if (!target.open(QIODevice::WriteOnly))
-        return false;
-    QXmlStreamWriter xml(&target);
+    QXmlStreamWriter xml(&file);
     xml.setAutoFormatting(true);
     xml.writeStartDocument();
     xml.writeStartElement("testsuite");
-    xml.writeAttribute("name", "orvcheck " + m_plugin);
-    xml.writeAttribute("tests", QString::number(m_outcomes.size()));
-    xml.writeAttribute("failures", QString::number(count(Failed)));
-    xml.writeAttribute("skipped", QString::number(count(Skipped)));
-    for (const Outcome &outcome : m_outcomes) {
+    xml.writeAttribute("name", "orvcheck " + printable(plugin));
+    xml.writeAttribute("tests", QString::number(checks.size()));
+    xml.writeAttribute("failures", QString::number(failures));
+    for (std::size_t i = 0; i < checks.size(); ++i) {
         xml.writeStartElement("testcase");
         xml.writeAttribute("classname", "orvcheck");
-        xml.writeAttribute("name", outcome.check.name);
-        xml.writeAttribute("time", QString::number(static_cast<double>(outcome.duration) / 1000));
-        if (outcome.state == Failed) {
-            xml.writeStartElement("failure");
-            xml.writeAttribute("message",
-                               "expected: " + outcome.expected + "; came: " + outcome.came);
-            xml.writeEndElement();
-        } else if (outcome.state == Skipped) {
-            xml.writeEmptyElement("skipped");
+        xml.writeAttribute("name", checks[i].name);
+        xml.writeAttribute("time",
+                           QString::number(static_cast<double>(outcomes[i].duration) / 1000));
+        if (outcomes[i].state != Outcome::Passed) {
+            xml.writeEmptyElement(outcomes[i].state == Outcome::Failed ? "failure" : "skipped");
+            xml.writeAttribute("message", outcomes[i].details.join("; ").simplified());
         }
         xml.writeEndElement();
     }
     xml.writeEndDocument();
-    return target.commit();
+}
+
+int runChecks(const std::vector<Check> &checks, const QString &plugin, quint32 seed, QFile &junit)
+{
+    // One that hangs may hang asleep, so there may be more of them than processors.
+    QSemaphore sideBySide(std::max(4, QThread::idealThreadCount()));
+    QMap<QString, std::shared_future<Outcome>> futures;
+    for (const Check &check : checks) {
+        const auto run = [&, needed = futures.value(check.needs)]() -> Outcome {
+            if (needed.valid() && needed.get().state != Outcome::Passed)
+                return {Outcome::Skipped, {QString("needs:    ") + check.needs}};
+            sideBySide.acquire();
+            const QSemaphoreReleaser place(sideBySide);
+            Outcome outcome;
+            for (int tries = 0; tries < check.tries && outcome.state != Outcome::Passed; ++tries)
+                outcome = runInProcess(check, plugin, seed);
+            return outcome;
+        };
+        futures[check.name] = std::async(std::launch::async, run);
+    }
+    static constexpr const char *words[] = {"passed", "FAILED", "skipped"};
+    QTextStream out(stdout);
+    std::vector<Outcome> outcomes;
+    int failures = 0;
+    for (const Check &check : checks) {
+        outcomes.push_back(futures[check.name].get());
+        const Outcome &outcome = outcomes.back();
+        failures += outcome.state == Outcome::Failed ? 1 : 0;
+        out << qSetFieldWidth(16) << left << words[outcome.state] << check.name << qSetFieldWidth(0)
+            << check.rule << '\n';
+        for (const QString &line : outcome.details)
+            out << "  " << line << '\n';
+        out.flush();
+    }
+    if (junit.isOpen())
+        writeJUnit(junit, plugin, checks, outcomes, failures);
+    return failures;
 }

@@ -4,8 +4,9 @@
 
 /// A clock that only the program moves. Once it is started Qt's timers, animations and times of day
 /// follow it in the thread that started it. An event loop that waits there moves it on by 10 ms at
-/// a time; other waits, such as a sleep, do not. The C library's CLOCK_REALTIME stays real: fuzzing
-/// engines go by it.
+/// a time, and so does a loop that does nothing but read it; a sleep, which lasts as long as ever,
+/// moves it on by its length. A wait for another thread does not: one with a time limit may last
+/// longer than that. The C library's CLOCK_REALTIME stays real: fuzzing engines go by it.
 namespace VirtualTime {
 
 using namespace std::chrono_literals;
