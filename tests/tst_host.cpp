@@ -49,7 +49,7 @@ std::pair<int, QString> runHost(const QStringList &arguments)
     QProcess host;
     host.setProcessChannelMode(QProcess::MergedChannels);
     host.start(QStringLiteral(ORVHOST), arguments);
-    const bool ended = host.waitForFinished(60000) && host.exitStatus() == QProcess::NormalExit;
+    const bool ended = host.waitForFinished(150000) && host.exitStatus() == QProcess::NormalExit;
     return {ended ? host.exitCode() : -1, QString::fromLocal8Bit(host.readAll())};
 }
 
@@ -110,6 +110,7 @@ private Q_SLOTS:
                  request[0] + " Extension " + request[1] + ": " + words);
         const SimulatedCamera::Status status = channel.camera->status();
         QTEST(QByteArray(reinterpret_cast<const char *>(status.data()), 5).toHex(), "status");
+        QVERIFY(channel.answer.length <= TrackingProtocol::blockLength);
         if (!unit.write)
             QCOMPARE(QByteArray(reinterpret_cast<const char *>(channel.answer.data),
                                 int(channel.answer.length)),
@@ -182,6 +183,7 @@ private Q_SLOTS:
         QCOMPARE(shown(), "0001 (2 times)|0002 (3 times)|ff530510|0002| (2 times)");
         QCOMPARE(rows.index(1, 0).data(TraceModel::ChangedBytes), QByteArray("\0\1", 2));
         rows.setFolded(false);
+        QCOMPARE(shown(), "0001|0001|0002|0002|0002|ff530510|0002||");
         rows.setFilterFixedString("0001");
         QCOMPARE(shown(), "0001|0001");
     }
