@@ -254,7 +254,8 @@ private Q_SLOTS:
         QTEST(code, "exitCode");
         QFETCH(QString, says);
         QVERIFY2(output.contains(says), qPrintable(output));
-        QVERIFY(output.contains(QRegularExpression("longest stall of the window: [1-9]")));
+        static const QRegularExpression stall("longest stall of the window: [1-9]");
+        QVERIFY(output.contains(stall));
         QVERIFY(!QImage(picture).isNull());
 
         QFile file(trace);
