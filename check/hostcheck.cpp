@@ -1,4 +1,5 @@
 #include "orvpluginapi.h"
+#include "panelplacement.h"
 #include "stallmeter.h"
 #include "trackingprotocol.h"
 
@@ -201,12 +202,7 @@ void HostCheck::insertWidget(QWidget *container)
                                               : QStringLiteral("came no container"));
         return;
     }
-    if (!container->layout())
-        (new QVBoxLayout(container))->setContentsMargins(0, 0, 0, 0);
-    if (auto *const box = qobject_cast<QBoxLayout *>(container->layout()))
-        box->insertWidget(0, this);
-    else
-        container->layout()->addWidget(this);
+    PanelPlacement::insertFirst(this, container);
     ask();
 }
 

@@ -82,7 +82,6 @@ private:
     void installCatalog();
     void connectControls();
     void makeControlsAccessible();
-    void placeInto(QWidget *container);
     void scaleForScreen();
     void applyTrackingStatus(const ExtensionUnit &reply);
     void retryStatusRead();

@@ -4,8 +4,8 @@
 #include "choices.h"
 #include "controltrackingplugin.h"
 #include "objectscaling.h"
+#include "panelplacement.h"
 
-#include <QBoxLayout>
 #include <QCoreApplication>
 #include <QCursor>
 #include <QGuiApplication>
@@ -55,7 +55,7 @@ void ControlTrackingPlugin::insertWidget(QWidget *container)
     ui->setupUi(this);
     makeControlsAccessible();
     connectControls();
-    placeInto(container);
+    PanelPlacement::insertFirst(this, container);
 
     const ExtensionUnit reply = readStatus(*trackingSwitch);
     if (reply.length != 0)
@@ -130,17 +130,6 @@ void ControlTrackingPlugin::makeControlsAccessible()
     };
     nameGroup(ui->buttonGroup, ui->label_tracking_type);
     nameGroup(ui->buttonGroup_mode, ui->label_tracking_mode);
-}
-
-void ControlTrackingPlugin::placeInto(QWidget *container)
-{
-    if (!container->layout())
-        (new QVBoxLayout(container))->setContentsMargins(0, 0, 0, 0);
-
-    if (auto *const box = qobject_cast<QBoxLayout *>(container->layout()))
-        box->insertWidget(0, this);
-    else
-        container->layout()->addWidget(this);
 }
 
 void ControlTrackingPlugin::scaleForScreen()

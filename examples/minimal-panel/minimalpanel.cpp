@@ -3,6 +3,7 @@
 
 #include "accessibility.h"
 #include "orvpluginapi.h"
+#include "panelplacement.h"
 #include "switchbutton.h"
 
 #include <QHBoxLayout>
@@ -32,12 +33,7 @@ public:
         row->addWidget(new QLabel(text), 1);
         row->addWidget(toggle);
 
-        if (!container->layout())
-            (new QVBoxLayout(container))->setContentsMargins(0, 0, 0, 0);
-        if (auto *const box = qobject_cast<QBoxLayout *>(container->layout()))
-            box->insertWidget(0, this);
-        else
-            container->layout()->addWidget(this);
+        PanelPlacement::insertFirst(this, container);
 
         connect(toggle, &SwitchButton::onValueChanged, this, &MinimalPanel::sendTracking);
         // Single shots, each started after an answer: a slow camera is not asked again meanwhile.

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QBoxLayout>
+#include <QWidget>
+
+/// \file
+/// For panels; a host calls nothing of this.
+
+/// Where a panel goes in what OrvPluginApi::insertWidget is given.
+namespace PanelPlacement {
+
+/// Puts `panel` into `container`, which becomes its owner: first in a box layout, as one more item
+/// in any other. A container without a layout gets a vertical one without margins.
+inline void insertFirst(QWidget *panel, QWidget *container)
+{
+    if (!container->layout())
+        (new QVBoxLayout(container))->setContentsMargins(0, 0, 0, 0);
+
+    if (auto *const box = qobject_cast<QBoxLayout *>(container->layout()))
+        box->insertWidget(0, panel);
+    else
+        container->layout()->addWidget(panel);
+}
+
+} // namespace PanelPlacement
