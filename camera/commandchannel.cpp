@@ -1,12 +1,11 @@
 #include "commandchannel.h"
 
+#include "extensionrecord.h"
 #include "orvpluginapi.h"
 #include "trackingprotocol.h"
 #include "transferqueue.h"
 
 #include <QWidget>
-
-#include <algorithm>
 
 namespace {
 
@@ -61,11 +60,7 @@ QVariant CommandChannel::request(int kind, const QVariant &record)
 QVariant CommandChannel::transferToCamera(const QVariant &record)
 {
     const auto unit = record.value<ExtensionUnit>();
-    const auto length = std::min<quint64>(unit.length, sizeof unit.data);
-    const QByteArray bytes(reinterpret_cast<const char *>(unit.data), static_cast<int>(length));
-    ExtensionUnit answer;
-    answer.selector = unit.selector;
-
+    const QByteArray bytes = payloadOf(unit);
     const QString refusal = TrackingProtocol::refusal(unit.write, unit.selector, bytes);
     if (!refusal.isEmpty()) {
         Transfer transfer;
@@ -81,11 +76,9 @@ QVariant CommandChannel::transferToCamera(const QVariant &record)
         m_queue.sendCommand(bytes);
         return record;
     } else {
-        const QByteArray block = m_queue.readStatus().left(sizeof answer.data);
-        std::copy(block.cbegin(), block.cend(), answer.data);
-        answer.length = static_cast<quint64>(block.size());
+        return QVariant::fromValue(extensionRecord(false, unit.selector, m_queue.readStatus()));
     }
-    return QVariant::fromValue(answer);
+    return QVariant::fromValue(extensionRecord(false, unit.selector, {}));
 }
 
 void CommandChannel::relay(Transfer transfer)

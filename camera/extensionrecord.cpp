@@ -1,0 +1,20 @@
+#include "extensionrecord.h"
+
+#include <algorithm>
+
+QByteArray payloadOf(const ExtensionUnit &record)
+{
+    const auto length = std::min<quint64>(record.length, sizeof record.data);
+    return {reinterpret_cast<const char *>(record.data), static_cast<int>(length)};
+}
+
+ExtensionUnit extensionRecord(bool write, qint64 selector, const QByteArray &payload)
+{
+    ExtensionUnit record;
+    record.write = write;
+    record.selector = selector;
+    const QByteArray fitting = payload.left(sizeof record.data);
+    std::copy(fitting.cbegin(), fitting.cend(), record.data);
+    record.length = static_cast<quint64>(fitting.size());
+    return record;
+}

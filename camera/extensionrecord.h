@@ -1,0 +1,11 @@
+#pragma once
+
+#include "devicerecords.h"
+
+#include <QByteArray>
+
+/// The valid bytes of a record: the first `length` bytes of `data`, at most 255.
+QByteArray payloadOf(const ExtensionUnit &record);
+
+/// A record for the control `selector` with `payload`, of which it takes at most 255 bytes.
+ExtensionUnit extensionRecord(bool write, qint64 selector, const QByteArray &payload);
