@@ -1,12 +1,12 @@
 # shellcheck shell=sh
-# What the scripts share: functions, and nothing that happens when it is sourced. They need $here,
-# the project's folder.
+# Functions that the scripts share. Set $here to the project's folder before calling them. Sourcing
+# this file runs nothing.
 
 say() {
     printf '%s\n' "$*"
 }
 
-# show [word...]: replaces the line that says how far a step is; does nothing without a terminal.
+# show [word...]: replaces the progress line. Does nothing without a terminal.
 show() {
     if [ -t 2 ]; then
         printf '\r%-70.70s\r' "$*" >&2
@@ -15,10 +15,10 @@ show() {
     fi
 }
 
-# show_progress <log>: logs what it reads and shows apt's and ninja's counts. The line "failed!"
-# stands for the exit status, which does not pass a pipe.
+# show_progress <log>: copies its input to the log and shows the progress of apt and ninja. The line
+# "failed!" reports a failure, because an exit status does not pass through a pipe.
 show_progress() {
-    trap '' INT # after Ctrl-C apt finishes what it is at, and needs its reader
+    trap '' INT # after Ctrl-C apt finishes its current step and still writes
     outcome=0
     while IFS= read -r line; do
         case $line in
@@ -40,8 +40,8 @@ show_progress() {
     return "$outcome"
 }
 
-# logged <name> <command> [argument...]: runs it with its output in build/<name>.log. If it fails,
-# shows the end of that and ends the script.
+# logged <name> <command> [argument...]: runs the command with its output in build/<name>.log. If it
+# fails, prints the end of the log and exits.
 logged() {
     log=${here:?}/build/$1.log
     shift
@@ -53,16 +53,16 @@ logged() {
         "$@" >"$log" 2>&1 && return
     fi
     grep -av '^[dp][lm]status:' "$log" | tail -n 40 >&2
-    say "This failed; the whole log is in $log" >&2
+    say "Failed. The full log is in $log" >&2
     exit 1
 }
 
-# as_root <command> [argument...]
+# as_root <command> [argument...]: runs the command as root, with sudo if necessary.
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
 }
 
-# install_missing <package>...
+# install_missing <package>...: installs the Debian packages that are not installed yet.
 install_missing() {
     missing=
     for package in "$@"; do
@@ -70,26 +70,28 @@ install_missing() {
             missing="$missing $package"
     done
     [ -n "$missing" ] || return 0
-    say "Installing what is missing:$missing" >&2
+    say "Installing missing packages:$missing" >&2
     # shellcheck disable=SC2086 # a list of names
     logged packages apt_install $missing
 }
 
-# apt 3 closes the descriptor of its status to the packages' scripts: as stdout, they would fail to
-# print. sudo closes the others, so that a shell within opens one.
+# Report apt's status on descriptor 3, not on stdout: apt 3 closes the status descriptor for the
+# packages' scripts, which then could not print. The inner shell opens it because sudo closes all
+# descriptors above 2.
 apt_install() {
     as_root apt-get update -qq -o APT::Status-Fd=1 &&
         as_root sh -c 'DEBIAN_FRONTEND=noninteractive exec apt-get install -y -qq \
             --no-install-recommends -o APT::Status-Fd=3 -o Dpkg::Use-Pty=0 "$@" 3>&1' sh "$@"
 }
 
-# The compiler and Qt; fonts-wqy-microhei for Chinese, x11-utils to see whether there is a display.
+# fonts-wqy-microhei has the Chinese characters; x11-utils has xdpyinfo, which ./run uses to find a
+# display.
 install_build_tools() {
     install_missing g++ cmake ninja-build qtbase5-dev libqt5svg5-dev qttools5-dev \
         fonts-dejavu-core fonts-wqy-microhei x11-utils
 }
 
-# build_preset <preset> <target> [configure option...]
+# build_preset <preset> <target> [configure option...]: configures and builds in build/<preset>.
 build_preset() {
     say "Building." >&2
     logged "$1" configure_and_build "$@"
@@ -102,7 +104,8 @@ configure_and_build() {
         cmake --build "$here/build/$preset" --target "$target"
 }
 
-# build_example <source folder> <build folder> [prefix]: with what is installed there, or in /usr.
+# build_example <source folder> <build folder> [prefix]: builds an example against the installation in
+# the prefix, or in /usr.
 build_example() {
     logged "${1##*/}" configure_and_build_example "$@"
 }
