@@ -2,16 +2,16 @@
 
 #include "ui_root.h"
 
-/// A button of a group, and what it stands for.
+/// A button of a group and the value that it selects.
 struct Choice
 {
     QPushButton *Ui_root::*button;
-    int value;               ///< in the setting's command and in the status block
-    bool resetTarget = true; ///< whether a reset chooses it when it is the factory value
+    int value;               ///< in the command and in the status block
+    bool resetTarget = true; ///< false: a reset to this value leaves the group alone
 };
 
-// What each button of a group means. The first type and the first mode are checked in the form;
-// set-up takes a value that no button stands for as that first one.
+// The choices of each group. The form starts with the first type and the first mode checked, and
+// set-up falls back to them if the camera reports an unknown value.
 
 constexpr Choice typeChoices[] = {
     {&Ui_root::rb_normal, 0},
@@ -22,14 +22,14 @@ constexpr Choice modeChoices[] = {
     {&Ui_root::rb_normal_mode, 1},
     {&Ui_root::rb_sport, 2},
 };
-/// Composition off is 0, and a switch of its own.
+/// 0 turns composition off; it has no button but a switch.
 constexpr Choice compositionChoices[] = {
     {&Ui_root::wg_half_body, 1},
     {&Ui_root::wg_full_body, 2},
     {&Ui_root::wg_multi_body, 3},
 };
 
-/// The choice with this value; null if there is none.
+/// The choice with this value, or null.
 template <int count>
 const Choice *choiceOf(int value, const Choice (&choices)[count])
 {
@@ -40,7 +40,7 @@ const Choice *choiceOf(int value, const Choice (&choices)[count])
     return nullptr;
 }
 
-/// The choice that this button stands for; null if there is none.
+/// The choice of this button, or null.
 template <int count>
 const Choice *choiceOf(const QAbstractButton *button, const Ui_root &ui,
                        const Choice (&choices)[count])

@@ -1,4 +1,4 @@
-// The codec: how commands, status reads and queries become records on the host's channel.
+// Command codec: puts commands, status reads and queries into records for the host's channel.
 
 #include "controltrackingplugin.h"
 
@@ -13,7 +13,7 @@ constexpr int lengthOffset = 4;
 constexpr int valueOffset = 5;
 constexpr int singleSize = 4;
 
-static_assert(sizeof(float) == singleSize, "tables of numbers hold IEEE-754 singles");
+static_assert(sizeof(float) == singleSize, "tables hold single-precision numbers");
 
 void startPayload(M24_Extension &ext)
 {

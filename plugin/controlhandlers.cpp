@@ -1,4 +1,4 @@
-// What the user does to the controls: first the rows follow, then the camera is told.
+// Handlers of the controls. Each updates the rows first and then sends its command.
 
 #include "choices.h"
 #include "controltrackingplugin.h"
@@ -22,8 +22,8 @@ void ControlTrackingPlugin::onTrackingSwitch(int value)
         sendCameraNotice();
 }
 
-// The group reports the button that loses its check and then the one that gains it. Both count: the
-// camera is sent the old value and then the new one.
+// The group reports the button that loses its check, then the one that gains it. This handler and
+// the two others for button groups send both, so the camera gets the old value first.
 void ControlTrackingPlugin::onTrackingType(QAbstractButton *button, bool /*checked*/)
 {
     showCompositionRows(button == ui->rb_normal);
@@ -54,7 +54,7 @@ void ControlTrackingPlugin::setPictureModeUI(QAbstractButton *button, bool /*che
     sendChoice(*composition, choiceOf(button, *ui, compositionChoices));
 }
 
-// A button that somebody else has put into the group stands for nothing.
+// Ignores buttons that others added to the group: they have no choice.
 void ControlTrackingPlugin::sendChoice(M24_Extension &setting, const Choice *choice)
 {
     if (choice)
@@ -66,7 +66,7 @@ void ControlTrackingPlugin::sendCameraNotice()
     sendCameraData(CameraData{ui->rb_hand, true, 3, 0, 2});
 }
 
-// Composition is for the type Basic alone, its pictures for composition that is on.
+// Composition exists for the type Basic only. Its pictures show while it is on.
 void ControlTrackingPlugin::showCompositionRows(bool basic)
 {
     updateSpliterSub(host(), ui->frame_picture_title, basic, false);

@@ -28,8 +28,8 @@ QSharedPointer<M24_Extension> describe(CommandId command, int defaultValue,
                                                                nullptr});
 }
 
-// A switch that slides drops the request, and with it the silence that blockNextSignal() gave its
-// slide: the camera would be sent what was read from it.
+// SetStatus() on a sliding switch would do nothing except undo blockNextSignal(). If the switch is
+// sliding to a value that the camera reported, that value would then be sent back.
 void moveTo(SwitchButton *button, bool on)
 {
     if (!button->isSliding() && button->GetStatus() != on)
@@ -51,7 +51,7 @@ ControlTrackingPlugin::ControlTrackingPlugin(QWidget *parent)
 
 ControlTrackingPlugin::~ControlTrackingPlugin()
 {
-    // First, so that no poll can reach what goes next.
+    // First, so that no poll runs on a half-destroyed panel.
     pollTimer.reset();
     delete ui;
 }

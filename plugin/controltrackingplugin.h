@@ -13,11 +13,11 @@ class QPressFrame;
 class QPushButton;
 class Ui_root;
 
-/// The "AI Tracking" panel and the plug-in's one instance.
+/// The "AI Tracking" panel, which is also the plug-in's instance.
 ///
-/// The panel keeps no model of the camera: the controls are the state. What it reads back from the
-/// camera it shows without sending it again, but for one value: a composition of 1 to 3 that the
-/// first answer brings is sent back once, as the button that it checks is reported.
+/// The panel keeps no model of the camera: the controls hold the state. It shows what it reads from
+/// the camera without sending it back, with one exception: a composition of 1 to 3 in the first
+/// answer is sent back once, because the group reports the button that it checks.
 class ControlTrackingPlugin : public QWidget, public OrvPluginApi
 {
     Q_OBJECT
@@ -28,47 +28,53 @@ public:
     explicit ControlTrackingPlugin(QWidget *parent = nullptr);
     ~ControlTrackingPlugin() override;
 
-    /// 0.
+    /// Returns 0.
     int category() override;
-    /// "m24_tracking", also the stem of the catalogs' names.
+    /// Returns "m24_tracking". The file names of the catalogs begin with it.
     QString name() override;
-    /// Moves the controls to the factory defaults, as the user would; those that change send their
-    /// command. Does nothing before insertWidget.
+    /// Moves the controls to the factory defaults as if the user did: those that change send their
+    /// commands. A switch that is sliding is left alone. Does nothing before insertWidget().
     void resetToDefault() override;
-    /// Builds the panel in the host's language, shows the camera's state, and starts to follow it:
-    /// one retry after 1 s if there is no answer; from 4 s on a poll of tracking and type, 1 s
-    /// after the answer to the one before. Timers of Qt::CoarseTimer: 5 % to either side.
+    /// Builds the panel in the host's language, puts it into `container`, which becomes its owner,
+    /// and shows the camera's state. If the camera does not answer, the panel asks once more after
+    /// 1 s; without an answer to that, it shows its title only. From about 4 s on, it polls
+    /// tracking and type, each time 1 s after the previous answer. The retry is precise; the poll's
+    /// timers may be 5 % off.
     void insertWidget(QWidget *container) override;
 
-    /// Assembles a command in `ext.payload`, the value most significant byte first.
+    /// Assembles a command in `ext.payload`: header, length, and the lowest `ext.valueLength` bytes
+    /// of `value`, most significant byte first.
     void fillPayload(M24_Extension &ext, int value);
-    /// The same with `ext.valueLength` value bytes from `ext.valueData`.
+    /// The same with `ext.valueLength` bytes from `ext.valueData`, which must not be null.
     void fillPayloadBytes(M24_Extension &ext);
-    /// Sends the assembled payload as one set request. The answer is ignored.
+    /// Sends the assembled payload in one set request. Ignores the answer.
     void sendPayload(M24_Extension &ext);
-    /// fillPayload and sendPayload.
+    /// Calls fillPayload() and sendPayload().
     void sendCommand(M24_Extension &ext, int value);
-    /// Reads the status block: byte 1 tracking on, 2 type, 3 mode, 4 composition. `length` 0: no
-    /// answer, or none that is an ExtensionUnit.
+    /// Reads the status block. In the returned `data`, byte 1 is tracking, 2 the type, 3 the mode
+    /// and 4 composition. Its `length` is 0 if the camera did not answer, or the host answered with
+    /// anything but an ExtensionUnit.
     ExtensionUnit readStatus(const M24_Extension &ext);
-    /// Asks the host for one of its settings.
+    /// Asks the host for a setting. Returns an invalid QVariant if the host does not have it.
     QVariant querySetting(const QString &name);
-    /// Passes a record to the host. The answer is ignored.
+    /// Sends a notice to the host. Ignores the answer.
     void sendCameraData(const CameraData &record);
 
-    /// Stores `value` at byte 4 * `index` as a single in native byte order, and logs it.
+    /// Stores `value` at byte 4 * `index` of `buffer`, in single precision and native byte order,
+    /// and logs it.
     void setFloatValue(unsigned char *buffer, int index, float value);
-    /// The single stored at byte 4 * `index`.
+    /// Returns the number that setFloatValue() stored at `index`.
     float getFloatValue(unsigned char *buffer, int index);
 
-    /// Shows or hides the row `section` with the window of `host` frozen. With `finish` the window
-    /// is laid out, thawed and painted on the next turn of the event loop; without, it stays frozen
-    /// until a later call does so.
+    /// Freezes the window of `host` and shows or hides the row `section`. With `finish`, the window
+    /// is laid out, thawed and painted on the next turn of the event loop. Without it, the window
+    /// stays frozen until a later call with `finish`.
     void updateSpliterSub(QWidget *host, QWidget *section, bool show, bool finish);
 
-    /// Adds the tile of a non-tracking area to the area row, which is hidden in this panel. At most
-    /// three; the area table is left alone and nothing is sent. Only after insertWidget.
-    /// Its pictures, ":/UI/icon_delete.svg" and ":/UI/icon_delete_hover.svg", are the host's.
+    /// Adds a tile for a non-tracking area, angles in degrees, to the area row, which is hidden in
+    /// this panel. Sends nothing and leaves the area table alone. The caller must have called
+    /// insertWidget() and add at most three tiles. The host's resources provide the pictures
+    /// ":/UI/icon_delete.svg" and ":/UI/icon_delete_hover.svg".
     void insertUnLimitArea(long startAngle, long endAngle);
 
 private Q_SLOTS:
@@ -76,7 +82,7 @@ private Q_SLOTS:
     void setPictureModeUI(QAbstractButton *button, bool checked);
 
 private:
-    friend struct PanelInternals; // the tests' way in
+    friend struct PanelInternals; // test access
 
     // Set-up and read-back.
     void installCatalog();
@@ -89,7 +95,7 @@ private:
     void pollTrackingStatus();
     QWidget *host();
 
-    // What the user does.
+    // Handlers of the controls.
     void onTitleClicked();
     void onTrackingSwitch(int value);
     void onTrackingType(QAbstractButton *button, bool checked);
@@ -98,7 +104,7 @@ private:
     void sendCameraNotice();
     void showCompositionRows(bool basic);
 
-    // The areas.
+    // Non-tracking areas.
     void onAreaHover(QPushButton *deleteButton, bool enter);
     void onAreaDelete(QPressFrame *tile);
 
@@ -108,6 +114,6 @@ private:
     QSharedPointer<M24_Extension> trackingType;
     QSharedPointer<M24_Extension> trackingMode;
     QSharedPointer<M24_Extension> composition;
-    QSharedPointer<M24_Extension> areaTable; // empty until a driver of the areas fills it
-    quint8 payloadBuffer[60] = {};           // shared: each command is assembled and sent in one go
+    QSharedPointer<M24_Extension> areaTable; // null until code that manages areas sets it
+    quint8 payloadBuffer[60] = {}; // shared: commands are assembled and sent one at a time
 };

@@ -1,4 +1,4 @@
-// The non-tracking areas: their tiles, and the table that tells the camera of them.
+// Non-tracking areas: their tiles, and the area table that is sent to the camera.
 
 #include "areatile.h"
 #include "controltrackingplugin.h"
@@ -8,7 +8,7 @@
 
 namespace {
 
-// Bytes of the area table: a count, as a single, and the records.
+// Sizes in the area table, in bytes: the count, a single-precision number, then the records.
 constexpr int countSize = 4;
 constexpr int recordSize = 16;
 
@@ -28,7 +28,7 @@ void ControlTrackingPlugin::onAreaHover(QPushButton *deleteButton, bool enter)
     deleteButton->setVisible(enter);
 }
 
-// A tile does not know its record: whichever goes, the table loses its last one.
+// Tiles are not tied to records: whichever tile is deleted, the last record goes.
 void ControlTrackingPlugin::onAreaDelete(QPressFrame *tile)
 {
     removeAreaTile(*ui->hl_unlimit, *ui->pb_add, tile);
@@ -37,11 +37,11 @@ void ControlTrackingPlugin::onAreaDelete(QPressFrame *tile)
     const int room = (areaTable->valueLength - countSize) / recordSize;
     if (room < 1)
         return;
-    const float announced = getFloatValue(areaTable->valueData, 0);
-    // Not "announced < 1 || ...", which a count that is not a number would pass.
-    if (!(announced >= 1 && announced < float(room + 1)))
+    const float count = getFloatValue(areaTable->valueData, 0);
+    // Written so that NaN is rejected, too.
+    if (!(count >= 1 && count < float(room + 1)))
         return;
-    const int remaining = int(announced) - 1;
+    const int remaining = int(count) - 1;
     setFloatValue(areaTable->valueData, 0, float(remaining));
     std::fill_n(areaTable->valueData + countSize + recordSize * remaining, recordSize, quint8(0));
     fillPayloadBytes(*areaTable);

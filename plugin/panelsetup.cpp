@@ -1,4 +1,4 @@
-// How the panel comes to be and follows the camera: set-up, read-back, poll.
+// Set-up of the panel, and the status reads that keep it in step with the camera.
 
 #include "accessibility.h"
 #include "choices.h"
@@ -27,11 +27,11 @@ constexpr auto pollInterval = 1000ms;
 constexpr double designDotsPerInch = 96.0;
 constexpr int englishLanguage = 1;
 
-// Kept in the catalogs for panels to come; nothing here looks it up.
+// Unused here; keeps the entry in the catalogs.
 [[maybe_unused]] constexpr const char *updateText =
     QT_TRANSLATE_NOOP("ControlTrackingPlugin", "update");
 
-// Bytes of a status block.
+// Offsets in a status block.
 enum StatusByte { TrackingOn = 1, Type = 2, Mode = 3, Composition = 4 };
 constexpr quint64 shortestPollReply = 3;
 
@@ -75,7 +75,8 @@ void ControlTrackingPlugin::insertWidget(QWidget *container)
 
 void ControlTrackingPlugin::installCatalog()
 {
-    // Catalogs stay for the life of the process, whatever becomes of the panel.
+    // Catalogs stay installed for the life of the process. Keeping them reachable here satisfies
+    // leak checkers.
     static auto *const catalogs = new QVector<QTranslator *>;
 
     const int language = commandChannel ? querySetting(QStringLiteral("language")).toInt() : 0;
@@ -111,7 +112,7 @@ void ControlTrackingPlugin::connectControls()
             SLOT(setPictureModeUI(QAbstractButton *, bool)));
 }
 
-// Named after the labels beside them, as the eye finds them.
+// Names the controls after the labels beside them.
 void ControlTrackingPlugin::makeControlsAccessible()
 {
     makeAccessible(*ui->frame_title, ui->label_title->text());
@@ -154,15 +155,14 @@ void ControlTrackingPlugin::applyTrackingStatus(const ExtensionUnit &reply)
     if (composed || picture == 0)
         setSilently(ui->sw_picture_mode, composed != nullptr);
     if (composed)
-        (ui->*composed->button)->setChecked(true); // reported, and so sent back
+        (ui->*composed->button)->setChecked(true); // reported by its group, and so sent back
 
     setSilently(ui->sw_title, on);
     ui->frame_picture_title->setVisible(on && type == 0);
     ui->frame_picture_mode->setVisible(on && type == 0 && picture != 0);
     updateSpliter(host(), ui->frame_spliter, on);
 
-    // A value that means nothing counts as the first choice here; the poll leaves the buttons
-    // alone.
+    // Here an unknown value selects the first choice. The poll ignores unknown values.
     const Choice *const chosenType = choiceOf(type, typeChoices);
     const Choice *const chosenMode = choiceOf(reply.data[Mode], modeChoices);
     clickSilently(ui->buttonGroup, ui->*(chosenType ? *chosenType : typeChoices[0]).button);
@@ -191,8 +191,8 @@ void ControlTrackingPlugin::startPolling()
 void ControlTrackingPlugin::pollTrackingStatus()
 {
     const ExtensionUnit reply = readStatus(*trackingSwitch);
-    // The interval runs from the answer on. With a slow camera the next poll would otherwise be due
-    // already when thawLater() processes events for this one, and would run inside that.
+    // Restart the interval after the answer. With a slow camera, the next poll would otherwise be
+    // due at once and run while thawLater() processes events for this one.
     pollTimer->start();
     if (reply.length < shortestPollReply)
         return;
@@ -200,8 +200,9 @@ void ControlTrackingPlugin::pollTrackingStatus()
     const quint8 tracking = reply.data[TrackingOn];
     const quint8 type = reply.data[Type];
     const bool on = tracking != 0;
-    // SetStatus() on a switch that slides is dropped, and with it the silence of a slide that shows
-    // what was read before: the camera would be sent it. The next poll finds the switch at rest.
+    // Leave a sliding switch alone: SetStatus() would do nothing except undo blockNextSignal(), and
+    // an earlier reading that the switch is sliding to would be sent back. The next poll finds it
+    // at rest.
     if (tracking != quint8(ui->sw_title->GetStatus()) && !ui->sw_title->isSliding()) {
         setSilently(ui->sw_title, on);
         updateSpliter(host(), ui->frame_spliter, on);
@@ -226,7 +227,7 @@ void ControlTrackingPlugin::updateSpliterSub(QWidget *host, QWidget *section, bo
         WindowThaw::thawLater(window);
 }
 
-// The container, from insertWidget on; the panel itself should someone take it out.
+// The panel's container, or the panel itself if it is a window.
 QWidget *ControlTrackingPlugin::host()
 {
     return parentWidget() ? parentWidget() : this;

@@ -11,42 +11,42 @@ class QWidget;
 /// \file
 /// The records that cross OrvPluginApi::commandChannel, each wrapped in a QVariant.
 ///
-/// Host and plug-in compile these same declarations. Qt matches the records by metatype name
-/// alone, so a side whose field order or widths drifted would not be noticed at run time: the
-/// assertions below hold the layout of a 64-bit build in place.
+/// Hosts and plug-ins must compile these same declarations. Qt matches records by metatype name
+/// only, so it does not detect different layouts at run time. The assertions below fix the layout
+/// of a 64-bit build.
 
-/// One transfer to or from a vendor control of the camera's extension unit.
+/// One transfer to or from a vendor control of the camera's UVC extension unit.
 struct ExtensionUnit
 {
-    bool write = false;    ///< true: SET_CUR, the host sends `data`; false: GET_CUR
-    qint64 selector = 0;   ///< the control of the extension unit
-    quint8 data[255] = {}; ///< the payload; bytes from `length` on are zero
-    quint64 length = 0;    ///< valid bytes in `data`; 0 in an answer: the camera gave none
+    bool write = false;    ///< true: the host sends `data` (SET_CUR); false: it reads (GET_CUR)
+    qint64 selector = 0;   ///< number of the control in the extension unit
+    quint8 data[255] = {}; ///< the payload, then zeros
+    quint64 length = 0;    ///< payload bytes; 0 in a get, or in an answer without data
 };
 
-/// A query for one setting of the host; the answer is the setting's value.
+/// A query for a setting of the host. The answer is the setting's value.
 struct SettingData
 {
     QString name;   ///< the setting's key
-    QVariant value; ///< goes with the query; the int 0 for "language"
+    QVariant value; ///< sent with the query; the int 0 for "language"
 };
 
-/// A request of the host's own about the camera. An aggregate: whoever makes one sets every field.
-/// What the fields mean is the host's affair.
+/// A notice about the camera. The host defines the meaning of the fields. The sender must set every
+/// field.
 struct CameraData
 {
-    QWidget *object; ///< a widget of the panel, to be used within the call alone
-    bool flag;       ///< true in every request of this panel
-    qint64 param1;   ///< 3 in every request of this panel
-    qint64 param2;   ///< 0 in every request of this panel
-    qint64 param3;   ///< 2 in every request of this panel
+    QWidget *object; ///< a widget of the panel, valid only during the call
+    bool flag;       ///< true from this panel
+    qint64 param1;   ///< 3 from this panel
+    qint64 param2;   ///< 0 from this panel
+    qint64 param3;   ///< 2 from this panel
 };
 
 Q_DECLARE_METATYPE(ExtensionUnit)
 Q_DECLARE_METATYPE(SettingData)
 Q_DECLARE_METATYPE(CameraData)
 
-static_assert(sizeof(void *) == 8, "the layouts below are those of a 64-bit build");
+static_assert(sizeof(void *) == 8, "the layouts below are for 64-bit builds");
 
 static_assert(sizeof(ExtensionUnit) == 280, "ExtensionUnit has drifted");
 static_assert(offsetof(ExtensionUnit, write) == 0, "ExtensionUnit has drifted");

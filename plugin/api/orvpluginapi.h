@@ -11,58 +11,59 @@
 #include <functional>
 
 /// \file
-/// All that a host includes.
+/// The only header a host needs.
 
-/// Request kinds: the first argument of OrvPluginApi::commandChannel.
+/// Kinds of requests: the first argument of OrvPluginApi::commandChannel.
 namespace ChannelRequest {
-/// The number that goes over the channel.
+/// The values are part of the binary interface.
 enum Kind : int {
-    Setting = 0,   ///< record SettingData; answer: the setting's value, invalid if there is none
-    Camera = 3,    ///< record CameraData; the answer is ignored
-    Extension = 4, ///< record ExtensionUnit; a get is answered with an ExtensionUnit
+    Setting = 0,   ///< record SettingData; answer: the setting's value, or an invalid QVariant
+    Camera = 3,    ///< record CameraData; the panel ignores the answer
+    Extension = 4, ///< record ExtensionUnit; answer to a get: an ExtensionUnit
 };
 } // namespace ChannelRequest
 
-/// What a host application and a settings-panel plug-in share.
+/// The interface between a host application and a settings-panel plug-in.
 ///
-/// A host loads the plug-in with QPluginLoader, casts its instance with
-/// `qobject_cast<OrvPluginApi *>`, and then, on the GUI thread:
+/// A host loads the plug-in with QPluginLoader and casts its instance with
+/// `qobject_cast<OrvPluginApi *>`. Then, on the GUI thread, it
 ///
-///  1. assigns `commandChannel`;
-///  2. calls `insertWidget` once, with the container that is to hold the panel;
-///  3. may call `resetToDefault` whenever the user asks for the factory defaults;
-///  4. destroys the instance as a QObject, never through this class. The panel also goes with the
-///     container, being its child.
+///  1. assigns `commandChannel`,
+///  2. calls `insertWidget` once, with the container for the panel,
+///  3. calls `resetToDefault` when the user asks for the factory defaults,
+///  4. deletes the instance as a QObject, never through this class. Deleting the container deletes
+///     the panel, too.
 ///
-/// A host must not delete the plug-in inside a call of `commandChannel`, nor let it call through
-/// an empty channel: that throws std::bad_function_call, which nobody catches.
+/// The host must not delete the plug-in during a call of `commandChannel`. It must not leave the
+/// channel empty: a call through it would throw std::bad_function_call, which no caller catches.
 ///
-/// Slot order and signatures are the contract between binaries: the interface identifier names
-/// this exact table.
+/// The order and signatures of the virtual functions are the binary interface. A different table
+/// needs a different interface identifier.
 class OrvPluginApi
 {
 public:
-    /// The plug-in's short name, also the stem of its catalogs' names; empty by default. May be
-    /// called at any time, also before `insertWidget`.
+    /// The plug-in's short name, with which the file names of its catalogs begin. Default: empty.
+    /// May be called at any time, even before `insertWidget`.
     virtual QString name() { return QLatin1String(""); }
 
-    /// The group of panels that the host shows this one in; 2 by default. May be called at any
-    /// time. What a number means is the host's affair.
+    /// The group in which the host shows the panel. The host defines the groups. Default: 2. May be
+    /// called at any time, even before `insertWidget`.
     virtual int category() { return 2; }
 
-    /// Puts the controls, and through them the device, back to the factory defaults; does nothing
-    /// by default. The host calls it only after `insertWidget`. Commands go out for what changes,
-    /// some of them only when a control's animation has ended.
+    /// Resets the controls, and through them the device, to the factory defaults. Controls that
+    /// change send their commands, some only after their animation. Call only after `insertWidget`.
+    /// Default: does nothing.
     virtual void resetToDefault() {}
 
     /// Builds the panel and puts it into `container`, which becomes its owner: first in a box
-    /// layout, as one more item in any other layout; a container without a layout gets a vertical
-    /// one without margins. Does nothing by default. The host calls it once, with the channel
-    /// installed; the panel asks for the setting "language" and reads the device within the call.
+    /// layout, last in any other. A container without a layout gets a vertical one without margins.
+    /// During the call, the panel asks for the setting "language" and reads the device. Call once,
+    /// after assigning `commandChannel`. Default: does nothing.
     virtual void insertWidget(QWidget *container) { Q_UNUSED(container) }
 
-    /// A value that the host has changed. Does nothing by default; a plug-in need not heed it.
-    // By value, as the table between binaries has it.
+    /// Tells the plug-in that the host changed a value. A plug-in may ignore it. Default: does
+    /// nothing.
+    // By value: the binary interface requires it.
     // NOLINTNEXTLINE(performance-unnecessary-value-param)
     virtual void syncPropValue(QString property, long value)
     {
@@ -70,16 +71,16 @@ public:
         Q_UNUSED(value)
     }
 
-    /// What the host may store for the plug-in; empty by default.
+    /// Parameters for the host to store. Default: empty.
     virtual QJsonObject getCurrentParams() { return {}; }
 
-    /// What the host has stored for the plug-in. Does nothing by default.
+    /// Restores parameters that the host stored. Default: does nothing.
     // NOLINTNEXTLINE(performance-unnecessary-value-param)
     virtual void setCurrentParams(QJsonObject params) { Q_UNUSED(params) }
 
-    /// For a panel's own use: shows or hides `target` without flicker. The window of `section` is
-    /// frozen, the layout of `section` invalidated, and on the next turn of the event loop the
-    /// window is laid out, thawed and painted.
+    /// For panels: shows or hides `target` without flicker. Freezes the window of `section` and
+    /// invalidates the layout of `section`. On the next turn of the event loop, the window is laid
+    /// out, thawed and painted.
     void updateSpliter(QWidget *section, QWidget *target, bool show)
     {
         QWidget *const window = section->window();
@@ -90,9 +91,9 @@ public:
         WindowThaw::thawLater(window);
     }
 
-    /// The plug-in's way to the host, installed by the host: takes a request kind (ChannelRequest)
-    /// and its record wrapped in a QVariant, returns the answer. The plug-in calls it on the GUI
-    /// thread and waits there for each answer: what a call takes, the window stands still.
+    /// Assigned by the host. Takes a request's kind (ChannelRequest) and its record, wrapped in a
+    /// QVariant, and returns the answer. The plug-in calls it on the GUI thread: the window is
+    /// blocked until the host answers.
     std::function<QVariant(int request, QVariant record)> commandChannel;
 };
 

@@ -4,13 +4,13 @@
 #include <QWidget>
 
 /// \file
-/// For panels; a host calls nothing of this.
+/// For panels; hosts do not need it.
 
-/// Where a panel goes in what OrvPluginApi::insertWidget is given.
+/// Places a panel in its container.
 namespace PanelPlacement {
 
-/// Puts `panel` into `container`, which becomes its owner: first in a box layout, as one more item
-/// in any other. A container without a layout gets a vertical one without margins.
+/// Puts `panel` into `container`, which becomes its owner: first in a box layout, last in any
+/// other. A container without a layout gets a vertical one without margins.
 inline void insertFirst(QWidget *panel, QWidget *container)
 {
     if (!container->layout())

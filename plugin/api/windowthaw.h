@@ -7,15 +7,15 @@
 #include <QWidget>
 
 /// \file
-/// For panels; a host calls nothing of this.
+/// For panels; hosts do not need it.
 
-/// How a panel changes its rows without flicker: it freezes the window with
-/// `setUpdatesEnabled(false)`, shows, hides and invalidates, and calls thawLater().
+/// Lets a panel change its rows without flicker. The panel freezes the window with
+/// `setUpdatesEnabled(false)`, shows and hides rows, invalidates layouts, and calls thawLater().
 namespace WindowThaw {
 
 /// Lays out, thaws and paints a frozen window on the next turn of the event loop, once for all
-/// calls until then. The step belongs to the application, not to the panel: a panel that is deleted
-/// meanwhile leaves no frozen window behind.
+/// calls until then. Does so even if the panel is deleted meanwhile, so that no window stays
+/// frozen.
 inline void thawLater(QWidget *window)
 {
     static constexpr char pending[] = "orv_thawPending";
@@ -24,31 +24,31 @@ inline void thawLater(QWidget *window)
     window->setProperty(pending, true);
     QTimer::singleShot(0, qApp, [window = QPointer<QWidget>(window)] {
         if (window) {
-            // Before the events below: one of them may freeze the window again, and its call of
-            // thawLater() must then ask for a step of its own.
+            // Before the events below: if one of them freezes the window again, its call of
+            // thawLater() must schedule another step.
             window->setProperty(pending, QVariant());
             if (QLayout *const layout = window->layout())
                 layout->activate();
-            // One of the events may open a dialog, whose event loop returns only when the user
-            // closes it. The window must not stay frozen behind it.
+            // An event may open a dialog, whose event loop runs until the user closes it. The
+            // window must not stay frozen that long.
             QTimer dialogOpened;
             QObject::connect(&dialogOpened, &QTimer::timeout, window.data(),
                              [window] { window->setUpdatesEnabled(true); });
             dialogOpened.setSingleShot(true);
             dialogOpened.start(50);
-            // Layout requests first, by name. processEvents() asks GLib, which, from within a
-            // timer, passes over events that were posted before it: rows just shown would be laid
-            // out, and painted once more, after the thaw.
+            // Deliver layout requests first. Within a timer, processEvents() with GLib skips events
+            // that were posted earlier: rows just shown would be laid out, and painted again, after
+            // the thaw.
             QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
             QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
         }
-        // One of the events may have deleted the window.
+        // An event may have deleted the window.
         if (window) {
             window->setUpdatesEnabled(true);
             window->repaint();
         }
-        // A widget that was frozen with its window and then made a window itself stays frozen, and
-        // Qt has nothing that would ever thaw it. A window that was frozen by name is its owner's.
+        // If a widget of the frozen window has become a window itself, Qt never thaws it. A window
+        // that its owner froze explicitly stays frozen.
         const QWidgetList windows = QApplication::topLevelWidgets();
         for (QWidget *const other : windows) {
             if (!other->updatesEnabled() && !other->testAttribute(Qt::WA_ForceUpdatesDisabled))

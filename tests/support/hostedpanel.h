@@ -14,7 +14,6 @@
 struct PanelInternals
 {
     static Ui_root &ui(ControlTrackingPlugin &panel) { return *panel.ui; }
-    static QTimer &pollTimer(ControlTrackingPlugin &panel) { return *panel.pollTimer; }
     static void poll(ControlTrackingPlugin &panel) { panel.pollTrackingStatus(); }
     static QSharedPointer<M24_Extension> &areaTable(ControlTrackingPlugin &panel)
     {

@@ -1,0 +1,235 @@
+#include "hostedpanel.h"
+#include "testmain.h"
+#include "virtualtime.h"
+
+using namespace std::chrono_literals;
+using VirtualTime::advance;
+using VirtualTime::now;
+
+/// The rules of the panel. Unless its steps insert the panel themselves, a row begins with a
+/// visible panel that shows the factory settings: tracking on, type Basic, mode Standard, no
+/// composition.
+///
+/// Steps:
+///   camera=0001000102  sets the camera's status: unused, tracking, type, mode, composition
+///   answer=3           sets the length of its answers; answer=text: an answer of another type
+///   insert show hide reset delete
+///   poll               reads the status, as the panel does every second
+///   wait wait=1000     lets that many ms pass; 250, more than a slide, if not given
+///   rb_hand            presses a control; key:sw_title: presses the space bar on it
+///
+/// Sent: "10=1" is command 10 with value 1, "notice" the notice to the host. Shown: tracking,
+/// composition, the checked buttons, and the visible rows, each with a bar.
+static const char factory[] = "on plain normal normal |spliter |picture_title";
+static const char composed[] =
+    "on composed normal normal half |spliter |picture_title |picture_mode";
+static const struct Row
+{
+    const char *name;
+    const char *steps;
+    const char *sent;
+    const char *shown;
+} rows[] = {
+    // Set-up shows what the camera answers, of whatever length. It sends back composition only.
+    {"factory settings", "insert wait", "", factory},
+    {"tracking off", "camera=0000000100 insert wait", "", "off plain normal normal"},
+    {"tracking above 1 is on", "camera=0007000100 insert wait", "", factory},
+    {"hand", "camera=0001010102 insert wait", "13=2", "on composed hand normal full |spliter"},
+    {"board", "camera=0001020200 insert wait", "", "on plain whiteboard sport |spliter"},
+    {"unknown type and mode", "camera=0001030900 insert wait", "",
+     "on plain normal normal |spliter"},
+    {"composition", "camera=0001000101 insert wait", "13=1", composed},
+    {"composition, but off", "camera=0000000203 insert wait", "13=3",
+     "off composed normal sport multi"},
+    {"unknown composition", "camera=0001000104 insert wait", "",
+     "on plain normal normal |spliter |picture_title |picture_mode"},
+    {"one byte", "answer=1 camera=0000010200 insert wait", "", "off plain hand sport"},
+    {"more than a record holds", "answer=18446744073709551615 insert wait", "", factory},
+    {"ignores an early reset", "camera=0000010200 reset insert wait", "", "off plain hand sport"},
+
+    // Without an answer, the panel asks once more after a second, and then shows the title only.
+    {"the form as built", "answer=0 insert wait=900", "",
+     "off plain normal normal |spliter |picture_title |picture_mode"},
+    {"no answer again", "answer=0 insert wait=1100", "", "off plain normal normal"},
+    {"foreign is no answer", "answer=text insert wait=1100", "", "off plain normal normal"},
+    {"late answer", "camera=0001010203 answer=0 insert wait=900 answer=60 wait", "13=3",
+     "on composed hand sport multi |spliter"},
+    {"late answer after a press",
+     "answer=0 insert show wait sw_picture_mode wait answer=60 wait=1000", "13=1 13=1",
+     "on plain normal normal half |spliter |picture_title"},
+    {"no second retry", "answer=0 insert wait=1100 answer=60 wait=1900", "",
+     "off plain normal normal"},
+    {"the first poll", "answer=0 insert wait=1100 answer=60 wait=4000", "", factory},
+
+    // The poll follows tracking and type, and sends nothing.
+    {"off", "camera=0000000100 poll wait", "", "off plain normal normal"},
+    {"board", "camera=0001020100 poll", "", "on plain whiteboard normal |spliter"},
+    {"unknown type", "camera=0001090100 rb_hand poll", "10=0 notice 10=1 notice",
+     "on plain hand normal |spliter"},
+    {"off and hand", "camera=0000010100 poll wait", "", "off plain hand normal"},
+    {"on and basic", "camera=0000010101 insert wait camera=0001000100 poll wait", "13=1", composed},
+    {"mode and composition: not followed", "camera=0001000203 poll wait", "", factory},
+    {"two bytes are too short", "camera=0000010100 answer=2 poll wait", "", factory},
+    {"three are enough", "camera=0000010100 answer=3 poll wait", "", "off plain hand normal"},
+    {"foreign is no answer", "camera=0000010100 answer=text poll wait", "", factory},
+    {"during a slide: ignored", "sw_title poll wait", "04=0 notice", "off plain normal normal"},
+    {"during its own slide: ignored", "camera=0000000100 poll camera=0001000100 poll wait", "",
+     "off plain normal normal |picture_title"},
+    {"the next press is sent", "camera=0000000100 poll wait sw_title wait", "04=1", factory},
+    {"unchanged: does not unfold", "frame_title poll", "", "on plain normal normal |picture_title"},
+    {"above 1: unfolds", "camera=0007000100 frame_title poll", "", factory},
+    {"above 1: the next press is sent", "camera=0007000100 poll sw_title wait", "04=0 notice",
+     "off plain normal normal"},
+
+    // Tracking changes at once, the rows and the camera after the slide.
+    {"during the slide", "sw_title", "", "off plain normal normal |spliter |picture_title"},
+    {"off", "sw_title wait", "04=0 notice", "off plain normal normal"},
+    {"on", "sw_title wait sw_title wait", "04=0 notice 04=1", factory},
+    {"press during the slide: ignored", "sw_title sw_title wait", "04=0 notice",
+     "off plain normal normal"},
+    {"the press also unfolds", "camera=0000000101 insert show wait sw_title", "13=1", composed},
+    {"a key does not unfold", "camera=0000000100 insert show wait key:sw_title", "",
+     "on plain normal normal"},
+    {"a key switches", "key:sw_title wait", "04=0 notice", "off plain normal normal"},
+    {"hand", "rb_hand sw_title wait sw_title wait", "10=0 notice 10=1 notice 04=0 notice 04=1",
+     "on plain hand normal |spliter"},
+    {"composed", "sw_picture_mode wait sw_title wait sw_title wait", "13=1 13=1 04=0 notice 04=1",
+     composed},
+
+    // Type and mode: the old value is sent, then the new one. Composition is for Basic only.
+    {"hand", "rb_hand", "10=0 notice 10=1 notice", "on plain hand normal |spliter"},
+    {"basic", "rb_hand rb_normal", "10=0 notice 10=1 notice 10=1 notice 10=0 notice", factory},
+    {"board", "rb_whiteboard rb_whiteboard", "10=0 notice 10=2 notice",
+     "on plain whiteboard normal |spliter"},
+    {"mode", "rb_sport rb_normal_mode rb_normal_mode", "07=1 07=2 07=2 07=1", factory},
+
+    // Composition off is a value of its own. The first press also checks a picture, which is sent.
+    {"on", "sw_picture_mode wait", "13=1 13=1", composed},
+    {"picture", "sw_picture_mode wait wg_full_body wg_multi_body", "13=1 13=1 13=1 13=2 13=2 13=3",
+     "on composed normal normal multi |spliter |picture_title |picture_mode"},
+    {"off", "camera=0001000102 insert show wait sw_picture_mode wait", "13=2 13=0 notice",
+     "on plain normal normal full |spliter |picture_title"},
+    {"on again", "sw_picture_mode wait key:sw_picture_mode wait key:sw_picture_mode wait",
+     "13=1 13=1 13=0 notice 13=1", composed},
+    {"hand during the slide", "sw_picture_mode rb_hand wait", "10=0 notice 10=1 notice 13=1 13=1",
+     "on composed hand normal half |spliter |picture_mode"},
+    {"hand and back", "sw_picture_mode wait rb_hand rb_normal",
+     "13=1 13=1 10=0 notice 10=1 notice 10=1 notice 10=0 notice", composed},
+    {"in its first show", "camera=0001010100 insert show wait rb_normal sw_picture_mode wait",
+     "10=1 notice 10=0 notice 13=1 13=1", composed},
+
+    // The title row folds the others while tracking is on.
+    {"fold", "frame_title", "", "on plain normal normal"},
+    {"key", "key:frame_title", "", "on plain normal normal"},
+    {"unfold", "frame_title wait frame_title", "", factory},
+    {"twice within 200 ms", "frame_title frame_title", "", "on plain normal normal"},
+    {"composed", "sw_picture_mode wait frame_title wait frame_title", "13=1 13=1", composed},
+    {"hand", "rb_hand frame_title wait frame_title", "10=0 notice 10=1 notice",
+     "on plain hand normal |spliter"},
+    {"off", "sw_title wait frame_title", "04=0 notice", "off plain normal normal"},
+
+    // Reset presses what is not at its factory setting.
+    {"nothing to do", "reset wait", "", factory},
+    {"everything", "camera=0000010203 insert show wait reset wait",
+     "13=3 10=1 notice 10=0 notice 07=2 07=1 04=1 13=0 notice",
+     "on plain normal normal multi |spliter |picture_title"},
+    {"during slides: ignored", "sw_title sw_picture_mode reset wait", "04=0 notice 13=1 13=1",
+     "off composed normal normal half |picture_mode"},
+    {"during the poll's slide: ignored", "camera=0000000100 poll reset wait", "",
+     "off plain normal normal"},
+    {"before the first show", "camera=0000020103 insert wait reset show wait",
+     "13=3 10=2 notice 10=0 notice 13=0 notice 04=1",
+     "on plain normal normal multi |spliter |picture_title"},
+    {"hidden", "rb_sport hide reset", "07=1 07=2 07=2 07=1", factory},
+
+    // After its end, the panel requests nothing.
+    {"during a slide", "sw_title delete wait=6000", "", "gone"},
+    {"before the retry", "answer=0 insert delete wait=6000", "", "gone"},
+};
+
+static void take(HostedPanel &hosted, const QString &step)
+{
+    const QString value = step.section('=', 1);
+    if (step.startsWith("camera=")) {
+        hosted.host.status = QByteArray::fromHex(value.toLatin1());
+    } else if (step.startsWith("answer=")) {
+        hosted.host.length = value.toULongLong();
+        hosted.host.foreignAnswer = value == "text" ? QVariant(value) : QVariant();
+    } else if (step.startsWith("wait")) {
+        advance(value.isEmpty() ? 250ms : std::chrono::milliseconds(value.toInt()));
+    } else if (step == "insert") {
+        hosted.panel->insertWidget(hosted.container);
+    } else if (step == "show" || step == "hide") {
+        hosted.window.setVisible(step == "show");
+    } else if (step == "reset") {
+        hosted.panel->resetToDefault();
+    } else if (step == "delete") {
+        delete hosted.panel;
+        hosted.host.meanwhile = [] {
+            QFAIL("a request after the end");
+        };
+    } else if (step == "poll") {
+        PanelInternals::poll(*hosted.panel);
+    } else {
+        QVERIFY2(hosted.press(QString(step).replace(':', ' ')), qPrintable("hidden: " + step));
+    }
+}
+
+class TestScenarios : public Test
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { VirtualTime::start(); }
+
+    void scenarios_data()
+    {
+        QTest::addColumn<int>("index");
+        for (int i = 0; i < int(std::size(rows)); ++i)
+            QTest::addRow("%s: %s", rows[i].name, rows[i].steps) << i;
+    }
+
+    void scenarios()
+    {
+        QFETCH(int, index);
+        const Row &row = rows[index];
+        QStringList steps = QString(row.steps).split(' ');
+        if (!steps.contains("insert"))
+            steps = QStringList{"insert", "show", "wait"} + steps;
+        HostedPanel hosted;
+        for (const QString &step : qAsConst(steps))
+            take(hosted, step);
+        QCOMPARE(hosted.host.takeSent().join(' '), QString(row.sent));
+        QCOMPARE(hosted.panel ? hosted.shown() : "gone", QString(row.shown));
+        VirtualTime::catchUp();
+        QVERIFY(hosted.window.updatesEnabled());
+    }
+
+    // The retry is precise; the timers before and between polls may be 5 % off. The next poll comes
+    // a second after the answer.
+    void readingTimes()
+    {
+        HostedPanel hosted;
+        const auto inserted = now;
+        std::vector<std::chrono::milliseconds> reads;
+        hosted.host.length = 0;
+        hosted.host.meanwhile = [&] {
+            reads.push_back(now - inserted);
+            now += reads.size() == 5 ? 1500ms : 0ms;
+        };
+        hosted.panel->insertWidget(hosted.container);
+        advance(8s);
+        QCOMPARE(hosted.host.traffic.join(' '), "language read read read read read");
+        QCOMPARE(reads[1].count(), 0);
+        const auto isNear = [&](int read, auto time, auto early, auto late) {
+            return reads[read] >= time - early && reads[read] <= time + late;
+        };
+        QVERIFY(isNear(2, 1s, 0ms, 10ms));
+        QVERIFY(isNear(3, 4s, 200ms, 300ms));
+        QVERIFY(isNear(4, reads[3] + 1s, 50ms, 70ms));
+        QVERIFY(isNear(5, reads[4] + 2500ms, 50ms, 70ms));
+    }
+};
+
+TEST_MAIN(TestScenarios)
+#include "tst_scenarios.moc"
