@@ -1,17 +1,12 @@
-// A switch that slides, against a bare animation of a child over a painted parent.
-
-#include "application.h"
-#include "benchmark.h"
 #include "steppeddriver.h"
 #include "switchbutton.h"
 
 #include <QPainter>
 #include <QPropertyAnimation>
 
-namespace {
+#include <benchmark/benchmark.h>
 
-constexpr QSize switchSize(40, 20);
-constexpr int switches = 50;
+namespace {
 
 class Knob : public QWidget
 {
@@ -29,6 +24,7 @@ protected:
     }
 };
 
+/// The least that looks like a switch: an animated child above a painted parent.
 class Track : public QWidget
 {
 public:
@@ -38,9 +34,9 @@ public:
         knob->setGeometry(2, 2, 16, 16);
     }
 
-    void slide()
+    void SetStatus(bool status, bool /*forceSignal*/)
     {
-        on = !on;
+        on = status;
         auto *const animation = new QPropertyAnimation(knob, "geometry");
         animation->setDuration(100);
         animation->setStartValue(knob->geometry());
@@ -64,60 +60,26 @@ private:
     Knob *knob = new Knob(this);
 };
 
-// A window with as many of a kind as asked.
-template <typename Kind>
-QVector<Kind *> fill(QWidget &window, int count)
+/// Slides a switch, or its stand-in, from one end to the other and paints all frames.
+template <typename Switch>
+void slide(benchmark::State &state)
 {
+    SteppedDriver frames;
+    QWidget window;
     window.resize(600, 300);
-    QVector<Kind *> kinds;
-    for (int i = 0; i < count; ++i) {
-        auto *const kind = new Kind(&window);
-        kind->setGeometry(QRect(QPoint(10 + i % 10 * 50, 10 + i / 10 * 30), switchSize));
-        kinds << kind;
-    }
+    Switch button(&window);
+    button.setGeometry(QRect(10, 10, 40, 20));
     window.show();
-    return kinds;
+    frames.run(100); // the first layout starts a slide, too
+    bool on = false;
+    for ([[maybe_unused]] auto iteration : state) {
+        on = !on;
+        button.SetStatus(on, false);
+        frames.run(100);
+    }
+    state.SetLabel("1.2");
 }
+BENCHMARK_TEMPLATE(slide, SwitchButton)->Name("one slide/ours");
+BENCHMARK_TEMPLATE(slide, Track)->Name("one slide/floor");
 
 } // namespace
-
-int main()
-{
-    const Application application;
-    SteppedDriver frames;
-    QWidget windows[4];
-    const auto one = fill<SwitchButton>(windows[0], 1);
-    const auto oneTrack = fill<Track>(windows[1], 1);
-    const auto many = fill<SwitchButton>(windows[2], switches);
-    const auto manyTracks = fill<Track>(windows[3], switches);
-
-    const auto slide = [&frames](const auto &kinds) {
-        for (auto *const kind : kinds) {
-            if constexpr (std::is_same_v<decltype(kind), SwitchButton *const>)
-                kind->SetStatus(!kind->GetStatus(), false);
-            else
-                kind->slide();
-        }
-        frames.run(100);
-    };
-    frames.run(100); // what the first layouts start
-    const Bench::Step slideOne = [&] {
-        slide(one);
-    };
-    const Bench::Step slideTrack = [&] {
-        slide(oneTrack);
-    };
-    const Bench::Step slideMany = [&] {
-        slide(many);
-    };
-    const Bench::Step slideTracks = [&] {
-        slide(manyTracks);
-    };
-    Bench::instructions("one slide", "1.2", slideOne, slideTrack);
-    Bench::time("one slide", "1.2", slideOne, slideTrack);
-    Bench::instructions("50 slides at once", "1.2", slideMany, slideTracks);
-    Bench::time("50 slides at once", "1.2", slideMany, slideTracks);
-    Bench::figure("a slide, of 50 against alone", "ns", "1.2",
-                  Bench::bestOf(20, slideMany) / switches, Bench::bestOf(20, slideOne));
-    return Bench::run();
-}

@@ -5,21 +5,20 @@
 #include <QVariantAnimation>
 #include <QWidget>
 
-/// Animations run by this instead of the clock: every run has the same frames.
+/// Drives animations in fixed steps instead of by the clock, so that every run has the same frames.
 class SteppedDriver : public QAnimationDriver
 {
 public:
     SteppedDriver()
     {
         install();
-        // Qt counts anew, by the clock, whenever the last animation has ended.
+        // Qt restarts its clock when the last animation ends, so keep one running.
         always.setDuration(1000);
         always.setLoopCount(-1);
         always.start();
     }
 
-    /// Runs the event loop, what is animated and what it paints, for `duration` ms and two frames
-    /// more.
+    /// Processes events, animations and paints for `duration` ms and two more frames.
     void run(int duration)
     {
         constexpr int frame = 16; // ms
@@ -28,9 +27,9 @@ public:
             time += frame;
             advanceAnimation();
             QCoreApplication::processEvents();
-            // No event loop runs that would delete what has ended.
+            // Without a running event loop, finished animations are not deleted.
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-            // The platform waits some ms of real time before it asks for what needs painting.
+            // The platform requests paints with some ms of delay; do not wait.
             const auto windows = QApplication::topLevelWidgets();
             for (QWidget *const window : windows) {
                 QEvent request(QEvent::UpdateRequest);

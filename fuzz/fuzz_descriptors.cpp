@@ -1,5 +1,7 @@
-#include "fuzzing.h"
 #include "usbdescriptors.h"
+
+#undef NDEBUG // check the rules in every build
+#include <cassert>
 
 static bool operator==(const UnitDescriptor &one, const UnitDescriptor &other)
 {
@@ -7,45 +9,45 @@ static bool operator==(const UnitDescriptor &one, const UnitDescriptor &other)
            one.number == other.number && one.guid == other.guid && one.controls == other.controls;
 }
 
-/// What a unit's descriptor says from its number to the GUID.
-static QByteArray nameOf(const UnitDescriptor &unit)
+/// A unit's number and GUID as they appear in its descriptor.
+static QByteArray numberAndGuid(const UnitDescriptor &unit)
 {
     const QByteArray guid = unit.guid.toRfc4122(); // its first three fields are big-endian
-    QByteArray name(1, char(unit.number));
-    for (const int byte : {3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15})
-        name += guid[byte];
-    return name;
+    QByteArray bytes(1, char(unit.number));
+    for (const int index : {3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15})
+        bytes += guid[index];
+    return bytes;
 }
 
-/// A camera's USB descriptors.
+/// Parses the bytes as a camera's USB descriptors.
 extern "C" int LLVMFuzzerTestOneInput(const uchar *bytes, size_t size)
 {
-    // Not a copy: behind its end there would be a zero that may be read.
+    // Not a copy: QByteArray would append a zero that the parser could read unnoticed.
     const auto input = QByteArray::fromRawData(reinterpret_cast<const char *>(bytes), int(size));
     const QVector<UnitDescriptor> units = extensionUnits(input);
     int place = 0;
     for (const UnitDescriptor &unit : units) {
-        REQUIRE(unit.number >= 1 && unit.number <= 255 && unit.controls.size() <= 255 - 23);
-        REQUIRE(!unit.has(0) && !unit.has(8 * unit.controls.size() + 1));
-        // They stand one behind the other.
-        const QByteArray name = QByteArray("\x24\x06") + nameOf(unit);
+        assert(unit.number >= 1 && unit.number <= 255 && unit.controls.size() <= 255 - 23);
+        assert(!unit.has(0) && !unit.has(8 * unit.controls.size() + 1));
+        // The input contains the units in this order.
+        const QByteArray name = QByteArray("\x24\x06") + numberAndGuid(unit);
         place = input.indexOf(name, place) + name.size();
-        REQUIRE(place >= name.size());
-        REQUIRE(input.indexOf(char(unit.controls.size()) + unit.controls, place + 2) > place);
+        assert(place >= name.size());
+        assert(input.indexOf(char(unit.controls.size()) + unit.controls, place + 2) > place);
 
-        // Written anew, with nothing else, it is read the same.
-        QByteArray anew = QByteArray("\x09\x02\0\0\0", 5) + char(unit.configuration) +
-                          QByteArray("\0\0\0\x09\x04", 5) + char(unit.interface) +
-                          QByteArray("\0\0\x0e\1\0\0", 6);
-        anew += char(23 + unit.controls.size()) + name + QByteArray("\0\0", 2) +
-                char(unit.controls.size()) + unit.controls;
-        REQUIRE(extensionUnits(anew) == QVector<UnitDescriptor>{unit});
+        // A minimal set of descriptors for this unit yields the same unit.
+        QByteArray minimal = QByteArray("\x09\x02\0\0\0", 5) + char(unit.configuration) +
+                             QByteArray("\0\0\0\x09\x04", 5) + char(unit.interface) +
+                             QByteArray("\0\0\x0e\1\0\0", 6);
+        minimal += char(23 + unit.controls.size()) + name + QByteArray("\0\0", 2) +
+                   char(unit.controls.size()) + unit.controls;
+        assert(extensionUnits(minimal) == QVector<UnitDescriptor>{unit});
     }
-    // However much of it is missing, what there is is read the same.
+    // Truncated input yields the first of the same units.
     for (int length = 0; length < input.size(); ++length) {
         const QVector<UnitDescriptor> some =
             extensionUnits(QByteArray::fromRawData(input.constData(), length));
-        REQUIRE(some == units.mid(0, some.size()));
+        assert(some == units.mid(0, some.size()));
     }
     return 0;
 }

@@ -5,17 +5,17 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uchar *bytes, size_t size);
 
-/// Plays a fuzzer the files of the folder that is named, without looking for more.
+/// Runs the fuzzer's function over each file of a folder, without libFuzzer.
 int main(int /*argc*/, char **argv)
 {
     QDirIterator files(QString::fromLocal8Bit(argv[1]), QDir::Files);
     if (!files.hasNext())
-        qFatal("There is nothing in %s", argv[1]);
+        qFatal("No files in %s", argv[1]);
     while (files.hasNext()) {
         QFile file(files.next());
-        std::fprintf(stderr, "%s\n", qPrintable(file.fileName())); // in case it is the last
+        std::fprintf(stderr, "%s\n", qPrintable(file.fileName())); // before it may crash
         if (!file.open(QIODevice::ReadOnly))
-            qFatal("It cannot be read.");
+            qFatal("Cannot read it.");
         const QByteArray bytes = file.readAll();
         LLVMFuzzerTestOneInput(reinterpret_cast<const uchar *>(bytes.constData()),
                                size_t(bytes.size()));

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Draws a focus frame over all that surrounds its widget, not only as far as the parent reaches.
+/// Draws focus frames above all other widgets, so that the parent does not clip them.
 class FrameStyle : public QCommonStyle
 {
     Q_OBJECT
@@ -26,8 +26,8 @@ public:
     }
 };
 
-/// Presses a widget, which owns it, for who has no mouse, and frames it while a key has brought the
-/// focus there.
+/// Presses its widget from the keyboard or assistive technology, and draws a focus frame around it
+/// while it has focus by key. Owned by the widget.
 class Presser : public QObject
 {
     Q_OBJECT
@@ -42,7 +42,7 @@ public:
         widget->installEventFilter(this);
     }
 
-    // The frame is a child of the window, which may live on.
+    // The frame is a child of the window, which may outlive the widget.
     ~Presser() override { delete frame; }
 
     void press()
@@ -51,8 +51,8 @@ public:
             return;
         QMouseEvent event(QEvent::MouseButtonPress, widget->rect().center(), Qt::LeftButton,
                           Qt::LeftButton, Qt::NoModifier);
-        // Straight to the widget: sent through the application it would be a click, which gives the
-        // focus to whichever parent takes it so.
+        // Bypass QApplication: it would treat the event as a click and give the focus to a parent
+        // that accepts it by click.
         static_cast<QObject *>(widget)->event(&event);
     }
 
@@ -76,7 +76,7 @@ private:
         const bool mine = key.key() == Qt::Key_Space || (enter && role == QAccessible::Button);
         if (!mine || (key.modifiers() & ~Qt::KeypadModifier))
             return false;
-        // A key that a switch leaves alone goes on to the row that the switch lies on.
+        // A key that a switch ignores propagates to the row below it, which must not take it.
         if (widget->window()->focusWidget() != widget)
             return false;
         if (!key.isAutoRepeat())
@@ -87,7 +87,7 @@ private:
     void showFocus(bool focused, Qt::FocusReason reason)
     {
         delete frame;
-        // A window or a menu that comes and goes leaves the focus where a key has brought it.
+        // Switching windows or opening a menu does not change how the focus got here.
         if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
             byKey = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
         if (!focused || !byKey)
@@ -122,7 +122,7 @@ public:
         return state;
     }
 
-    // A switch's knob is of its look alone.
+    // The knob is decoration.
     int childCount() const override { return button ? 0 : QAccessibleWidget::childCount(); }
 
     QStringList actionNames() const override
@@ -160,7 +160,7 @@ QAccessibleInterface *interfaceOf(const QString & /*className*/, QObject *object
 void make(QWidget &widget, QAccessible::Role role, const QString &name)
 {
     new Presser(&widget, role);
-    QAccessible::installFactory(interfaceOf); // Qt takes the same one only once
+    QAccessible::installFactory(interfaceOf); // Qt ignores repeated installation
     widget.setAccessibleName(name);
 }
 

@@ -5,18 +5,18 @@ class QString;
 class SwitchButton;
 
 /// \file
-/// For people without a mouse, and for assistive technology. Nothing changes for who uses a mouse:
-/// no click takes the focus.
+/// Access to switches and press frames by keyboard and assistive technology.
 ///
-/// The functions let a widget take the focus by Tab; Space then does what a press does, and on a
-/// press frame Enter too. While a key has brought the focus there a frame shows it. Assistive
-/// technology finds a check box with the action "Toggle" or a button with the action "Press", under
-/// `name`. A widget that is hidden or disabled takes no such press. To be called once for a widget,
-/// before anything else asks for its QAccessibleInterface or gives it an accessible name: Qt keeps
-/// the interface that it finds first.
+/// Call makeAccessible() once per widget, before its accessible interface is created or its
+/// accessible name is set: Qt keeps the first interface.
+///
+/// The widget then accepts focus by Tab. Space presses it; Enter presses a press frame, too. A
+/// hidden or disabled widget cannot be pressed. A focus frame is visible if the focus came by Tab.
+/// A click does not give the widget focus. But if a click hides the focused control, Qt moves the
+/// focus on as Tab does, and the focus frame appears around the widget that receives it.
 
-/// A check box under `name`, with the action "Toggle".
+/// Presents a switch as a check box called `name` with the action "Toggle".
 void makeAccessible(SwitchButton &button, const QString &name);
 
-/// A button under `name`, with the action "Press".
+/// Presents a press frame as a button called `name` with the action "Press".
 void makeAccessible(QPressFrame &frame, const QString &name);

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int itemsWithTwoTiles = 4; // with the add button and the spacer
+constexpr int itemsWithTwoTiles = 4; // including the add button and the spacer
 constexpr int deleteSide = 12;
 constexpr int deleteMargin = 5;
 
@@ -45,7 +45,6 @@ AreaTile insertAreaTile(QBoxLayout &row, QWidget &addButton, long startAngle, lo
     angles->setFixedSize(size);
     angles->setAlignment(Qt::AlignCenter);
     angles->setText(QStringLiteral("%1\u00B0/%2\u00B0").arg(startAngle).arg(endAngle));
-    angles->move(0, 0);
     angles->show();
 
     auto *const remove = new QPushButton(tile);

@@ -10,7 +10,7 @@ BgLineLabel::BgLineLabel(QWidget *parent)
 void BgLineLabel::setStyleSheet(const QString &styleSheet)
 {
     constexpr int longestTail = 1000;
-    constexpr int insideKey = 6; // the tail starts at the "on" of "location"
+    constexpr int insideKey = 6; // keeps the "on" of "location"
 
     const int key = styleSheet.indexOf(QLatin1String("location"));
     if (key < 0) {
@@ -18,7 +18,7 @@ void BgLineLabel::setStyleSheet(const QString &styleSheet)
         return;
     }
     const QString tail = styleSheet.mid(key + insideKey, longestTail);
-    // A separator that is missing is found at -1, which takes the whole tail.
+    // indexOf() returns -1 for a missing separator, so mid() and left() keep the whole text.
     const QString rest = tail.mid(tail.indexOf(QLatin1Char(';')) + 1);
     const QString value = tail.mid(tail.indexOf(QLatin1Char(':')) + 1);
     location = value.left(value.indexOf(QLatin1Char(';'))).trimmed().toInt();

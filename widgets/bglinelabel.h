@@ -2,32 +2,33 @@
 
 #include <QLabel>
 
-/// A label over a dashed guide line: one piece of a dashed, round-cornered frame.
+/// A label with a dashed guide line behind its text: one piece of a dashed frame with round
+/// corners.
 ///
-/// Eight of them in the outer cells of a 3 x 3 grid make up the frame. Their locations follow the
-/// cells in reading order, skipping the centre: 0 top-left, 1 top, 2 top-right, 3 left, 4 right,
+/// Eight labels in the outer cells of a 3 x 3 grid form the frame. Locations number the cells in
+/// reading order without the centre: 0 top-left, 1 top, 2 top-right, 3 left, 4 right,
 /// 5 bottom-left, 6 bottom, 7 bottom-right.
 ///
-/// \image html bglinelabel.png "Eight labels; those of the sides have a text"
+/// \image html bglinelabel.png "Eight labels; those at the sides have text"
 class BgLineLabel : public QLabel
 {
     Q_OBJECT
 
 public:
-    /// Without a location, and so without a guide.
+    /// Has no location, so no guide line.
     explicit BgLineLabel(QWidget *parent);
 
-    /// Takes the entry `location:N;` out of `styleSheet`, keeps N, and applies the rest. Without
-    /// such an entry the location stays as it is; an N that is no number counts as 0. Only a call
-    /// through a BgLineLabel does this, QWidget's function of the same name does not.
+    /// Removes the first entry `location:N;` from `styleSheet`, stores N as the location, and
+    /// applies the rest. Without such an entry the location does not change; if N is not a number,
+    /// it becomes 0. Not virtual: a call through a QWidget pointer does none of this.
     ///
-    /// The word "location" counts wherever it stands, and no more than 1000 characters are taken
-    /// over after it.
+    /// The word "location" is found anywhere, even inside another word. Of the text that follows
+    /// it, at most 1000 characters are kept.
     void setStyleSheet(const QString &styleSheet);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    int location = -1; // outside 0 to 7: no guide
+    int location = -1; // no guide line outside 0 to 7
 };

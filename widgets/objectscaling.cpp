@@ -5,7 +5,6 @@
 #include <QWidget>
 
 #include <cmath>
-#include <cstring>
 
 namespace {
 
@@ -36,17 +35,14 @@ void scaleLimits(QWidget &widget, double factor)
         widget.setMaximumHeight(nearest(widget.maximumHeight(), factor));
 }
 
-// Only classes of exactly these names: a subclass sizes its icon itself.
+// Compares names because subclasses must keep their icon sizes.
 void scaleIcon(QWidget &widget, double factor)
 {
-    const char *const className = widget.metaObject()->className();
-    const auto isA = [className](const char *name) {
-        return std::strcmp(className, name) == 0;
-    };
+    const QLatin1String name(widget.metaObject()->className());
     QAbstractButton *button = nullptr;
-    if (isA("QToolButton") || isA("LoadingButton"))
+    if (name == QLatin1String("QToolButton") || name == QLatin1String("LoadingButton"))
         button = qobject_cast<QToolButton *>(&widget);
-    else if (isA("QPushButton"))
+    else if (name == QLatin1String("QPushButton"))
         button = qobject_cast<QPushButton *>(&widget);
     if (button)
         button->setIconSize(rounded(button->iconSize(), factor));
@@ -68,7 +64,7 @@ void Talsen::updateObjectSize(QObject &object, double factor, int resizeSelf)
 
 void Talsen::changeObjectSizeInner(const QObject &object, double factor)
 {
-    // By index and without a copy: a resize may change the list while it is walked.
+    // Iterate by index: resizing a widget may change the list of children.
     for (int i = 0; i < object.children().size(); ++i) {
         auto *const child = qobject_cast<QWidget *>(object.children().at(i));
         if (!child)

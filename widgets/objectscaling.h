@@ -1,22 +1,22 @@
 #pragma once
 
 /// \file
-/// Rescaling of widgets that were laid out in pixels.
+/// Scaling of widgets that were laid out in pixels.
 
 class QObject;
 
-/// Rescaling of a widget tree that was laid out in fixed pixels, for dense screens. Geometry,
-/// minimum and maximum sizes, and icon sizes of plain push and tool buttons are multiplied by
-/// `factor` (positive); fonts, margins, spacings and style sheets stay. The descent stops at
-/// children that are not widgets.
+/// Scales widget trees that were laid out in fixed pixels, for screens with a higher density.
+/// Multiplies geometry, minimum and maximum sizes, and the icon sizes of plain push and tool
+/// buttons by `factor`, which must be positive. Fonts, margins, spacings and style sheets do not
+/// change, nor do the descendants of children that are not widgets.
 namespace Talsen {
 
-/// Scales every widget below `object`, then, if `resizeSelf` is not 0 and `object` is a widget,
-/// that widget's own geometry and limits. An unlimited maximum of `object` itself is scaled like
-/// any other: Qt clamps it and says so in a warning.
+/// Scales all widgets below `object`. If `resizeSelf` is not 0 and `object` is a widget, scales its
+/// own geometry and size limits afterwards. This includes an unlimited maximum size, which Qt
+/// clamps with a warning if the factor is above 1.
 void updateObjectSize(QObject &object, double factor, int resizeSelf);
 
-/// Scales every widget below `object`; `object` itself stays as it is.
+/// Scales all widgets below `object`, but not `object` itself.
 void changeObjectSizeInner(const QObject &object, double factor);
 
 } // namespace Talsen

@@ -1,16 +1,13 @@
 #include "pixmapdisplay.h"
 
 #include <QDateTime>
-#include <QImage>
 #include <QMouseEvent>
-#include <QPaintEngine>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyle>
 #include <QStyleOption>
 #include <QVariantAnimation>
 
-#include <tuple>
 #include <utility>
 
 namespace {
@@ -25,26 +22,12 @@ int scaled(int length, int numerator, int denominator)
     return static_cast<int>(qint64(length) * numerator / denominator);
 }
 
-void prepare(QPainter &painter)
-{
-    painter.setPen(Qt::NoPen);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-}
-
 void drawInto(QPainter &painter, const QRect &place, const QPixmap &picture)
 {
     painter.drawPixmap(QRectF(place), picture, QRectF(picture.rect()));
 }
 
 } // namespace
-
-bool PixmapDisplay::Look::operator==(const Look &other) const
-{
-    const auto fields = [](const Look &look) {
-        return std::tie(look.picture, look.turn, look.scale, look.place, look.size);
-    };
-    return fields(*this) == fields(other);
-}
 
 PixmapDisplay::PixmapDisplay(QWidget *parent)
     : QWidget(parent)
@@ -66,7 +49,7 @@ void PixmapDisplay::setPixmap(const QPixmap &pix)
 {
     const std::lock_guard<std::recursive_mutex> lock(mutex);
     pixmap = std::make_unique<QPixmap>(pix);
-    Q_EMIT updatePic(); // under the lock: the widget may be deleted as soon as that is free
+    Q_EMIT updatePic(); // under the lock: the widget may be deleted once it is released
 }
 
 void PixmapDisplay::setPixSize(int w, int h, ScaleType type)
@@ -108,8 +91,8 @@ void PixmapDisplay::hideLoading()
 void PixmapDisplay::startAnimation(QRect targetRect, std::function<void()> onFinished,
                                    int durationMs)
 {
-    // Deleting a running animation stops it without finished(). A finished one may be in its
-    // callback right now, which it survives.
+    // Deleting a running animation stops it without finished(). Deleting one that is calling its
+    // callback right now is safe too.
     delete animation;
 
     auto *started = new QVariantAnimation;
@@ -136,7 +119,7 @@ void PixmapDisplay::startAnimation(QRect targetRect, std::function<void()> onFin
                 animation.clear();
                 update();
             });
-    // An animation of no duration finishes in here, and its callback may delete this widget.
+    // With a duration of 0 the animation finishes here, and its callback may delete this widget.
     started->start(QAbstractAnimation::DeleteWhenStopped);
 }
 
@@ -188,69 +171,25 @@ void PixmapDisplay::mousePressEvent(QMouseEvent *event)
     QWidget::mousePressEvent(event);
 }
 
-QTransform PixmapDisplay::turn() const
+void PixmapDisplay::paintPicture(QPainter &painter, const QPixmap &picture) const
 {
     const int angle = previewOri == 1 ? 270 : previewOri == 2 ? 180 : previewOri == 3 ? 90 : 0;
-    const int x = width() / 2;
-    const int y = height() / 2;
-    return QTransform::fromTranslate(x, y).rotate(angle).translate(-x, -y);
-}
-
-void PixmapDisplay::paintPicture(QPainter &painter, const QPixmap &picture)
-{
-    const QTransform toDevice = painter.deviceTransform();
-    const QTransform turned = turn();
-    painter.setWorldTransform(turned);
+    const QPoint centre(width() / 2, height() / 2);
+    painter.translate(centre);
+    painter.rotate(angle);
+    painter.translate(-centre);
     if (roundCorner > 0) {
         QPainterPath corners;
         corners.addRoundedRect(rect(), roundCorner, roundCorner);
         painter.setClipPath(corners);
     }
-
-    // Painting a large picture scaled costs up to a hundred times a blit of what came out of it.
-    // The blit shows the same only if the picture covers whole pixels of the target, and each of
-    // them fully: rounded corners do not, and drawPixmap() leaves the edge that cuts off an upright
-    // picture at 254 of 255. Turned by a quarter, one or two sizes in a hundred differ in some
-    // pixels by one or two levels of 255; nobody sees that, so they are kept too.
-    const auto *target = dynamic_cast<QImage *>(painter.paintEngine()->paintDevice());
-    const qreal scale = toDevice.m11();
-    const QRectF whole = turned.mapRect(QRectF(drawRect));
-    const QRectF seen = whole & QRectF(rect());
-    const QRectF pixels(seen.topLeft() * scale, seen.size() * scale);
-    const QRectF onTarget = pixels.translated(toDevice.dx(), toDevice.dy());
-    const bool keep = target &&
-                      (target->format() == QImage::Format_RGB32 ||
-                       target->format() == QImage::Format_ARGB32_Premultiplied) &&
-                      toDevice.type() <= QTransform::TxScale && toDevice.m22() == scale &&
-                      !pixels.isEmpty() && pixels == pixels.toRect() &&
-                      onTarget == onTarget.toRect() && target->rect().contains(onTarget.toRect()) &&
-                      roundCorner <= 0 && (turned.isRotating() || seen == whole);
-    if (!keep) {
-        kept = QPixmap();
-        drawInto(painter, drawRect, picture);
-        return;
-    }
-
-    const Look look{picture.cacheKey(), turned, scale, drawRect, size()};
-    if (kept.isNull() || !(keptLook == look)) {
-        keptLook = look;
-        kept = QPixmap(pixels.size().toSize());
-        kept.fill(Qt::transparent);
-        QPainter keeper(&kept);
-        prepare(keeper);
-        keeper.translate(-pixels.topLeft());
-        keeper.scale(scale, scale);
-        keeper.setWorldTransform(turned, true);
-        drawInto(keeper, drawRect, picture);
-    }
-    painter.setWorldTransform(QTransform::fromScale(1 / scale, 1 / scale));
-    painter.drawPixmap(pixels.topLeft(), kept);
-    painter.setWorldTransform(turned);
+    drawInto(painter, drawRect, picture);
 }
 
 void PixmapDisplay::paintEvent(QPaintEvent *event)
 {
-    // Painted from a copy: a style or a paint device may call setPixmap().
+    // Paint a copy without the lock: a style or a paint device may call setPixmap(), and a worker
+    // need not wait for a slow paint.
     const bool animating = animRect.isValid();
     QPixmap picture;
     {
@@ -262,7 +201,8 @@ void PixmapDisplay::paintEvent(QPaintEvent *event)
     }
 
     QPainter painter(this);
-    prepare(painter);
+    painter.setPen(Qt::NoPen);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     if (animating) {
         if (!picture.isNull())
             drawInto(painter, animRect, picture);

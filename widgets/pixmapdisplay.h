@@ -4,7 +4,6 @@
 #include <QPixmap>
 #include <QPointer>
 #include <QRect>
-#include <QTransform>
 #include <QWidget>
 
 #include <functional>
@@ -14,77 +13,76 @@
 class QPainter;
 class QVariantAnimation;
 
-/// Shows a picture that may arrive at any time and from any thread.
+/// Displays a picture that any thread may replace at any time.
 ///
-/// Except for setPixmap() everything belongs to the widget's own thread. No setter repaints or lays
-/// the picture out anew: rotation, corners, background and hideLoading() show at the next repaint;
-/// the scale mode, setPreviewForward() and setPixSize() at the next resize, or when a picture of
-/// another size is painted.
+/// All functions except setPixmap() belong to the widget's own thread. The setters do not repaint,
+/// and they do not lay out the picture again: rotation, corners, background and hideLoading() take
+/// effect at the next repaint; scale mode, setPreviewForward() and setPixSize() at the next resize
+/// or when a picture of another size is painted.
 ///
-/// \image html pixmapdisplay.png "Scale modes, turns, corners, and what there is without a picture"
+/// \image html pixmapdisplay.png "Scale modes, rotations, rounded corners, and no picture"
 class PixmapDisplay : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// How the picture is laid out in the widget.
+    /// How the picture fits into the widget.
     enum ScaleType : int {
-        ScaleStretch =
-            0, ///< fills the widget; the picture's aspect ratio is lost. Also any other value
-        ScaleFit = 1,  ///< all of the picture, centred (default)
-        ScaleFill = 2, ///< covers the widget, centred; what stands out is cut off
+        ScaleStretch = 0, ///< stretched to fill the widget; other values do the same
+        ScaleFit = 1,     ///< the whole picture, centred (default)
+        ScaleFill = 2,    ///< covers the widget, centred and cropped
     };
 
-    /// Without a picture: "Loading" until one comes.
+    /// Shows "Loading" until the first picture arrives.
     explicit PixmapDisplay(QWidget *parent = nullptr);
     ~PixmapDisplay() override;
 
-    /// Sets the scale mode, and the picture's size ahead of the picture itself (default 0 x 0: not
-    /// known, the picture's place is the whole widget).
+    /// Sets the scale mode, and the picture's size before the picture itself arrives. The default
+    /// size, 0 x 0, means unknown; the picture's rectangle is then the whole widget.
     void setPixSize(int w, int h, ScaleType type);
 
-    /// Sets the scale mode alone.
+    /// Sets only the scale mode.
     void setScaleType(ScaleType type);
 
-    /// Turns the picture about the widget's centre: 1 by 270 degrees, 2 by 180, 3 by 90
-    /// (clockwise); any other value, as the default 0, not at all.
+    /// Rotates the picture clockwise about the widget's centre: 1 by 270 degrees, 2 by 180, 3 by
+    /// 90. Any other value means no rotation. Default 0.
     void setPreviewOri(int ori);
 
-    /// With false the picture is laid out, whatever the scale mode, so that it fits the widget once
-    /// it is turned by a quarter turn. Default true.
+    /// If false, the picture is laid out so that it fits the widget after a quarter turn,
+    /// regardless of the scale mode. Default true.
     void setPreviewForward(bool forward);
 
-    /// Radius in pixels of the widget's rounded corners, which turn with the picture. 0 or less,
-    /// the default, is none.
+    /// Radius in pixels of the rounded corners that clip the picture. The clip rotates with the
+    /// picture. 0, the default, or less means none.
     void setRoundCorder(int radius);
 
-    /// Fills the widget behind the picture. Default transparent.
+    /// Colour behind the picture. Default transparent.
     void setBackground(QColor color);
 
-    /// No more "Loading" while there is no picture. Cannot be undone.
+    /// Stops showing "Loading" while there is no picture. Cannot be undone.
     void hideLoading();
 
-    /// Moves the picture, alone and unturned, from its place to `targetRect` in `durationMs`
-    /// milliseconds; it then returns to its place. `onFinished` may be empty, may start another
-    /// animation and may delete the widget. An animation under way is dropped, its callback not
-    /// called.
+    /// Moves the picture from its rectangle to `targetRect` in `durationMs` milliseconds, without
+    /// rotation, corners or background; then it jumps back. `onFinished` may be empty, may start
+    /// another animation, and may delete the widget. A running animation is dropped without calling
+    /// its callback.
     void startAnimation(QRect targetRect, std::function<void()> onFinished, int durationMs);
 
-    /// Lays the picture out anew. Not to be called while another thread may set a picture.
+    /// Lays out the picture again. Do not call this while another thread may set a picture.
     void updateDrawRect();
 
 Q_SIGNALS:
-    /// A left press that does not follow another within 200 ms.
+    /// The left button was pressed, at least 200 ms after its previous press.
     void onClick();
 
-    /// A picture was set; emitted by the thread that set it.
+    /// A picture was set. Emitted in the thread that set it.
     void updatePic();
 
 public Q_SLOTS:
-    /// Shows a copy of `pix` from the next repaint on, which it requests. Safe in any thread, also
-    /// when the widget's own is about to delete the widget: the destructor waits until updatePic()
-    /// is emitted. A receiver that is connected directly may paint the widget; it must not delete
-    /// it, nor wait for the widget's own thread.
+    /// Stores a copy of `pix` and requests a repaint. Any thread may call this, even while the
+    /// widget's thread is about to delete the widget: the destructor waits until updatePic() was
+    /// emitted. A directly connected receiver may paint the widget, but must not delete it or wait
+    /// for the widget's thread.
     void setPixmap(const QPixmap &pix);
 
 protected:
@@ -93,25 +91,12 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    /// All that the kept rendering depends on.
-    struct Look
-    {
-        qint64 picture = 0;
-        QTransform turn;
-        qreal scale = 0;
-        QRect place;
-        QSize size;
-
-        bool operator==(const Look &other) const;
-    };
-
-    QTransform turn() const;
-    void paintPicture(QPainter &painter, const QPixmap &picture);
+    void paintPicture(QPainter &painter, const QPixmap &picture) const;
 
     QSize pixSize{0, 0};
     std::unique_ptr<QPixmap> pixmap;
-    /// Guards `pixmap`, and the widget's end from the thread that emits updatePic(). Recursive: a
-    /// receiver in the same thread may paint.
+    /// Guards `pixmap`, and delays the destructor while another thread emits updatePic().
+    /// Recursive: a receiver in the same thread may paint.
     std::recursive_mutex mutex;
     QRect drawRect;
     bool previewForward = true;
@@ -124,6 +109,4 @@ private:
     qint64 clickInterval = 200;
     QRect animRect;
     QPointer<QVariantAnimation> animation;
-    QPixmap kept; ///< what is seen of the picture, in device pixels; null when painted directly
-    Look keptLook;
 };

@@ -34,13 +34,13 @@ QPixmap loadPixmapAutoFormat(const QString &path, QSize size, bool /*unused*/)
     if (path.endsWith(QLatin1String("svg"), Qt::CaseInsensitive)) {
         pixmap = loadSvgAsPixmap(path, size);
     } else {
-        // The bytes alone, in case the ending of the file's name has misled Qt.
         if (!pixmap.load(path)) {
             QFile file(path);
             if (!file.open(QIODevice::ReadOnly)) {
                 qDebug() << "can not read file : " << path;
                 return {};
             }
+            // Decode the bytes only, in case a wrong extension misled Qt.
             pixmap.loadFromData(file.readAll());
         }
         if (size != QSize(0, 0) && !pixmap.isNull())

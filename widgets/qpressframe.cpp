@@ -60,5 +60,5 @@ void QPressFrame::leaveEvent(QEvent *event)
 
 void QPressFrame::paintEvent(QPaintEvent *event)
 {
-    QWidget::paintEvent(event); // NOLINT(bugprone-parent-virtual-call): draws no frame
+    QWidget::paintEvent(event); // NOLINT(bugprone-parent-virtual-call): no frame shape
 }

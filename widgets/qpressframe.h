@@ -2,36 +2,35 @@
 
 #include <QFrame>
 
-/// A frame that acts as a button. It never draws a frame shape of its own; a style sheet's
-/// background and border show.
+/// A frame that acts as a button. It never draws the shape of a QFrame, but it shows the background
+/// and border of a style sheet.
 ///
-/// \image html qpressframe.png "Two frames that count their clicks, with style sheets"
+/// \image html qpressframe.png "Two frames with style sheets that count their clicks"
 class QPressFrame : public QFrame
 {
     Q_OBJECT
 
 public:
-    /// Draws nothing of its own.
     explicit QPressFrame(QWidget *parent);
 
-    /// \name For styles to come
-    /// Nothing is drawn from these yet.
+    /// \name Reserved for future styles
+    /// The values are not used for painting yet.
     /// \{
 
-    /// In pixels.
+    /// Radius in pixels.
     void setCornerRadius(int radius);
-    /// An animation, from a file.
+    /// Path of an animation.
     void setBackgroundGif(const QString &path, Qt::Alignment align);
-    /// A film, from a file.
+    /// Path of a video.
     void setBackgroundVideo(const QString &path, Qt::Alignment align);
-    /// A picture, from a file.
+    /// Path of a picture.
     void setBackgroundPix(const QString &path, Qt::Alignment align);
     /// \}
 
 Q_SIGNALS:
-    /// A left press, at least 200 ms of wall-clock time after the left press before it.
+    /// The left button was pressed, at least 200 ms after its previous press.
     void clicked();
-    /// The pointer has entered (true) or left (false).
+    /// The pointer entered (true) or left (false).
     void hoverEvent(bool enter);
 
 protected:

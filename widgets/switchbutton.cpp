@@ -153,7 +153,7 @@ void SwitchButton::paintEvent(QPaintEvent * /*event*/)
     else
         painter.setBrush(status ? activeBrush : inactiveBrush);
 
-    // Put together once for all the frames of its slides.
+    // Build the path once, not for every frame.
     if (track.isEmpty()) {
         QPainterPath leftCap;
         leftCap.addEllipse(QRectF(0, 0, diameter, diameter));
@@ -170,8 +170,8 @@ void SwitchButton::paintEvent(QPaintEvent * /*event*/)
 void SwitchButton::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    // Not silenced as by relayout(): the first show and a style sheet bring sizes at any moment,
-    // also in the slide of a press or of a reset, whose report must not be lost.
+    // Unlike relayout(), do not suppress a report. The first show and style sheets may resize the
+    // switch during the slide of a press or a reset, and its report must not be lost.
     if (event->size() != laidOut) {
         place(event->size());
         Q_EMIT sendAnimate();
@@ -233,12 +233,12 @@ void SwitchButton::slide(int fromX, int fromY, int toX)
 
 void SwitchButton::finishSlide()
 {
-    // The slide of an idle switch comes from a new size alone: the state has not changed, and a
-    // SetStatus() in between may have taken back the silence that relayout() asked for.
+    // If idle, the slide was only due to a new size. blockNext does not tell: a SetStatus() may
+    // have cleared it since relayout().
     const bool report = !idle && !blockNext;
     idle = true;
     blockNext = false;
-    // Last: the receiver may set the switch again, silence it anew or delete it.
+    // Emit last: the receiver may change, block or delete the switch.
     if (report)
         Q_EMIT onValueChanged(status ? 1 : 0);
 }

@@ -12,13 +12,12 @@ class Slider : public QWidget
     Q_OBJECT
 
 public:
-    /// White, and without a size until setSize().
     explicit Slider(QWidget *parent);
 
-    /// Sets the knob's diameter in pixels. The owning switch does so with every layout.
+    /// Sets the knob's diameter in pixels. The switch calls this with every layout. Default: 0.
     void setSize(int diameter);
 
-    /// The knob's diameter in pixels, not the widget's width.
+    /// Returns the knob's diameter in pixels, not the widget's width.
     int width() const;
 
     /// Default: white.
@@ -32,69 +31,67 @@ private:
     int size = 0;
 };
 
-/// An animated two-state switch: a pill-shaped track with a knob that slides between its ends.
+/// An animated on/off switch: a pill-shaped track with a knob that slides between its ends.
 ///
-/// A press, or a SetStatus that changes the state, starts a slide of 100 ms. GetStatus() tells the
-/// new state at once; onValueChanged() reports it when the slide has ended. Until then further
-/// presses and state changes are dropped. A slide that is started on top of another replaces it,
-/// and one report follows.
+/// A press, or a SetStatus() that changes the state, starts a slide of 100 ms. GetStatus() returns
+/// the new state at once; onValueChanged() reports it at the end of the slide. Until then, further
+/// presses and changes are ignored. If a slide replaces a running one, only one report follows.
 ///
-/// A new size places the knob and starts a slide to it. Such a slide reports nothing by itself, and
-/// where it replaces one that is under way, that one is still reported. Only a size given through
-/// SetSize(), setGeometry(), setFixedSize() or resize() of this class silences the next slide that
-/// ends, whoever started it.
+/// A new size moves the knob and starts a slide, which is not reported. If it replaces a slide that
+/// is due to be reported, the report still follows. But SetSize(), setGeometry(), setFixedSize()
+/// and resize() of this class suppress the report of the next slide that ends, whatever started it.
 ///
-/// \image html switchbutton.png "On and off in two sizes, recoloured, and disabled"
+/// \image html switchbutton.png "On and off in two sizes, with other colours, and disabled"
 class SwitchButton : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// Off.
+    /// The switch is off.
     explicit SwitchButton(QWidget *parent);
     ~SwitchButton() override;
 
-    /// Changes the state with a slide. If the switch has that state already, or slides, the request
-    /// is dropped; with `forceSignal` the present state is then reported at once.
+    /// Changes the state with a slide. If the switch is sliding or already has that state, nothing
+    /// changes, but `forceSignal` makes it report its current state at once.
     void SetStatus(bool on, bool forceSignal);
 
-    /// True means on. Default: off.
+    /// Returns true if on; during a slide, the state at its end. Default: off.
     bool GetStatus() const;
 
-    /// True from the press or SetStatus that starts a slide until that slide has ended.
+    /// Returns true while a slide that changes the state is pending or running.
     bool isSliding() const;
 
-    /// Keeps the next completed slide from being reported. A SetStatus that starts no slide takes
-    /// this back.
+    /// Suppresses the report of the next slide that ends. A SetStatus() that does not start a slide
+    /// cancels this.
     void blockNextSignal();
 
-    /// The track when on; default "#E60033". Shows at the next repaint.
+    /// Colour of the track when on; default "#E60033". Takes effect at the next repaint.
     void SetActiveColor(const QColor &color);
-    /// The track when off; default "#3A3F46". Shows at the next repaint.
+    /// Colour of the track when off; default "#3A3F46". Takes effect at the next repaint.
     void SetInactiveColor(const QColor &color);
-    /// The knob; default white. Shows at once.
+    /// Colour of the knob; default white. Takes effect at once.
     void SetSliderColor(const QColor &color);
 
-    /// Lays out for a size of `w` x `h` pixels, and silences the next slide that ends; the widget
-    /// itself keeps its size.
+    /// Lays out track and knob for `w` x `h` pixels without resizing the widget, and suppresses the
+    /// report of the next slide that ends.
     void SetSize(int w, int h);
 
     /// \name Sizes
-    /// As in QWidget, and laid out at once as by SetSize(), also while hidden.
+    /// Like QWidget's functions, followed by SetSize(), so that even a hidden switch is laid out.
     /// \{
 
-    /// In the parent's coordinates.
+    /// Moves and resizes the switch, in its parent's coordinates.
     void setGeometry(const QRect &rect);
-    /// Both the smallest and the largest size.
+    /// Sets both the minimum and the maximum size.
     void setFixedSize(const QSize &fixed);
-    /// Within the smallest and the largest size.
+    /// Resizes the switch within its minimum and maximum size.
     void resize(const QSize &newSize);
     /// \}
 
 Q_SIGNALS:
-    /// A slide has ended: 1 on, 0 off.
+    /// A slide ended with the switch on (1) or off (0).
     void onValueChanged(int open);
-    /// The slide is to start on the next turn of the event loop. For the switch's own use.
+    /// Internal: starts the slide from the event loop.
     void sendAnimate();
 
 protected Q_SLOTS:
@@ -123,7 +120,7 @@ private:
     bool idle = true;
     QBrush activeBrush;
     QBrush inactiveBrush;
-    QPainterPath track; // empty until painted at the present size
+    QPainterPath track; // empty until painted at the current size
     Slider *slider;
     QSize laidOut; // invalid until the first layout
 };
