@@ -60,9 +60,8 @@ constexpr Step steps[] = {
     {"User: tracking off", "sw_title", {0, 0, 0, 1, 1}, ""},
     {"User: title row, which stays collapsed", "frame_title", {0, 0, 0, 1, 1}, ""},
     {"User: tracking on", "sw_title", {0, 1, 0, 1, 1}, "rb_normal rb_normal_mode wg_half_body"},
-    {"Camera: type Hand", nullptr, {0, 1, 1, 1, 1}, "rb_hand rb_normal_mode"},
-    {"Camera: tracking off", nullptr, {0, 0, 1, 1, 1}, ""},
-    {"Camera: tracking on", nullptr, {0, 1, 1, 1, 1}, "rb_hand rb_normal_mode"},
+    {"Camera: tracking off", nullptr, {0, 0, 0, 1, 1}, ""},
+    {"Camera: tracking on, type Hand", nullptr, {0, 1, 1, 1, 1}, "rb_hand rb_normal_mode"},
     {"Host: reset to defaults", "pb_reset", {0, 1, 0, 1, 0}, "rb_normal rb_normal_mode"},
 };
 constexpr int stepCount = static_cast<int>(std::size(steps));
