@@ -60,8 +60,8 @@ void finish(const Options &options, QWidget &window, bool agreed)
     QCoreApplication::exit(agreed && written ? 0 : failed);
 }
 
-int showPanel(const Options &options, const PluginFile &plugin, std::shared_ptr<Camera> camera,
-              QFile &trace)
+int showPanel(const Options &options, const PluginFile &plugin,
+              const std::shared_ptr<Camera> &camera, QFile &trace)
 {
     TransferQueue queue(camera,
                         options.readOnly ? TransferQueue::ReadOnly : TransferQueue::ReadWrite);
@@ -116,7 +116,7 @@ int runHost(const Options &options)
             QString("Cannot write the trace \"%1\": %2.").arg(options.trace, trace.errorString()));
     }
     QString error;
-    std::shared_ptr<Camera> camera = openCamera(options, &error);
+    const std::shared_ptr<Camera> camera = openCamera(options, &error);
     return camera ? showPanel(options, plugin, camera, trace) : complain(error);
 }
 

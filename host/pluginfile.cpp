@@ -16,7 +16,7 @@ QString PluginFile::interfaceProblem(const QJsonObject &metaData)
     const QString wanted = qobject_interface_iid<OrvPluginApi *>();
     const QString found = metaData.value("IID").toString();
     if (found != wanted)
-        return QString("it is a plug-in for \"%1\", not for \"%2\"").arg(found, wanted);
+        return QString(R"(it is a plug-in for "%1", not for "%2")").arg(found, wanted);
     return {};
 }
 

@@ -212,7 +212,7 @@ QString Tour::difference() const
     }
     const QRegularExpression wanted(QRegularExpression::wildcardToRegularExpression(step.checked));
     if (!wanted.match(checked.join(' ')).hasMatch())
-        return QString("the panel shows \"%1\" instead of \"%2\"")
+        return QString(R"(the panel shows "%1" instead of "%2")")
             .arg(checked.join(' '), step.checked);
     return {};
 }
