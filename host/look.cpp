@@ -27,9 +27,9 @@ void Look::applyDark()
     dark.setColor(QPalette::AlternateBase, QColor(0x202327));
     dark.setColor(QPalette::ToolTipBase, QColor(0x282B30));
     dark.setColor(QPalette::Highlight, QColor(0x3A3F46));
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(QStyleFactory::create("Fusion"));
     QApplication::setPalette(dark);
-    // The panel's title has no size of its own.
+    // The panel's title takes its font size from the application.
     QApplication::setFont(font(headingPoints));
     QToolTip::setFont(font());
 }

@@ -2,15 +2,15 @@
 
 #include <QFont>
 
-/// How the host's windows look.
+/// The dark look of the host and the gallery.
 namespace Look {
 
-constexpr int textPoints = 9; ///< of all but the panel's title
+constexpr int textPoints = 9; ///< font size of everything except the panel's title
 
-/// The application's font in this size.
+/// The application's font in the size `points`.
 QFont font(int points = textPoints);
 
-/// Gives the application a dark palette, the style Fusion, and the font that the panel's title has.
+/// Gives the application a dark palette, the style Fusion, and the font of the panel's title.
 void applyDark();
 
 } // namespace Look

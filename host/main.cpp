@@ -1,19 +1,17 @@
 #include "commandchannel.h"
-#include "gallery.h"
 #include "hostwindow.h"
 #include "look.h"
-#include "opencamera.h"
 #include "options.h"
 #include "orvpluginapi.h"
 #include "pluginfile.h"
 #include "simulatedcamera.h"
 #include "tour.h"
 #include "transferqueue.h"
+#include "uvccamera.h"
 #include "v4l2nodes.h"
 
 #include <QApplication>
 #include <QFile>
-#include <QGroupBox>
 #include <QPixmap>
 #include <QTextStream>
 #include <QTimer>
@@ -26,101 +24,57 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Exit statuses beside 0.
+// Exit statuses other than 0.
 constexpr int failed = 1;
 constexpr int badArguments = 2;
 
-/// The panel asks a silent camera once more a second after set-up; its slides are over by then.
+/// When a screenshot is taken. One second after set-up the panel asks a silent camera again; the
+/// switches have then stopped sliding.
 constexpr auto settleTime = 1500ms;
 
-void complain(const QString &sentence)
+int complain(const QString &sentence, int status = failed)
 {
     QTextStream(stderr) << "orvhost: " << sentence << '\n';
+    return status;
 }
 
-bool writePicture(QWidget &window, const QString &file)
+/// Returns null and sets `error` to a sentence for the user if the camera cannot be used.
+std::shared_ptr<Camera> openCamera(const Options &options, QString *error)
 {
-    const bool written = window.grab().save(file);
+    if (!options.camera.isEmpty()) {
+        const auto use = options.readOnly ? UvcCamera::Use::ReadOnly : UvcCamera::Use::ReadAndWrite;
+        return UvcCamera::open(options.camera, options.unit, use, error);
+    }
+    auto camera = std::make_shared<SimulatedCamera>();
+    camera->setStatus(options.status);
+    camera->setFaults(options.faults);
+    return camera;
+}
+
+/// Writes the screenshot, if one is wanted, and ends the event loop.
+void finish(const Options &options, QWidget &window, bool agreed)
+{
+    const bool written = options.screenshot.isEmpty() || window.grab().save(options.screenshot);
     if (!written)
-        complain(QStringLiteral("Cannot write the picture \"%1\".").arg(file));
-    return written;
+        complain(QString("Cannot write the picture \"%1\".").arg(options.screenshot));
+    QCoreApplication::exit(agreed && written ? 0 : failed);
 }
 
-int runGallery(const Options &options)
+int showPanel(const Options &options, const PluginFile &plugin,
+              const std::shared_ptr<Camera> &camera, QFile &trace)
 {
-    Gallery gallery;
-    const QString error =
-        options.picture.isEmpty() ? QString() : gallery.setPicture(options.picture);
-    if (!error.isEmpty()) {
-        complain(error);
-        return failed;
-    }
-    gallery.show();
-
-    if (!options.screenshot.isEmpty() || !options.pictures.isEmpty()) {
-        QApplication::setQuitOnLastWindowClosed(false);
-        QTimer::singleShot(settleTime, &gallery, [&] {
-            // A screen may have had no room for all of it.
-            gallery.resize(gallery.sizeHint());
-            bool written =
-                options.screenshot.isEmpty() || writePicture(gallery, options.screenshot);
-            const auto groups = gallery.findChildren<QGroupBox *>();
-            for (QGroupBox *const group : groups) {
-                const QString file =
-                    QStringLiteral("%1/%2.png").arg(options.pictures, group->objectName());
-                written = written && (options.pictures.isEmpty() || writePicture(*group, file));
-            }
-            QCoreApplication::exit(written ? 0 : failed);
-        });
-    }
-    return QApplication::exec();
-}
-
-int runHost(const Options &options, int &argc, char **argv)
-{
-    // Both are read while the application object is made.
-    if (!options.dotsPerInch.isEmpty())
-        qputenv("QT_FONT_DPI", options.dotsPerInch);
-    if (!options.scaleFactor.isEmpty())
-        qputenv("QT_SCALE_FACTOR", options.scaleFactor);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    const QApplication application(argc, argv);
-    Look::applyDark();
-    if (options.gallery)
-        return runGallery(options);
-
-    const PluginFile plugin =
-        PluginFile::load(options.plugin.isEmpty() ? PluginFile::defaultPath() : options.plugin);
-    if (!plugin.error.isEmpty()) {
-        complain(plugin.error);
-        return failed;
-    }
-
-    QFile trace(options.trace);
-    // Unbuffered: whatever becomes of this program, the file ends with a whole line.
-    if (!options.trace.isEmpty() && !trace.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
-        complain(QStringLiteral("Cannot write the trace \"%1\": %2.")
-                     .arg(options.trace, trace.errorString()));
-        return failed;
-    }
-    QString error;
-    const std::shared_ptr<Camera> camera = openCamera(options, &error);
-    if (!camera) {
-        complain(error);
-        return failed;
-    }
-    auto *const simulated = dynamic_cast<SimulatedCamera *>(camera.get());
     TransferQueue queue(camera,
                         options.readOnly ? TransferQueue::ReadOnly : TransferQueue::ReadWrite);
     CommandChannel channel(queue);
-    channel.setSetting(QStringLiteral("language"), options.language);
+    channel.setSetting("language", options.language);
     if (trace.isOpen()) {
         QObject::connect(
             &channel, &CommandChannel::transferred, &channel,
             [&trace](const Transfer &transfer) { trace.write(transfer.toJsonLine()); });
     }
+    auto *const simulated = dynamic_cast<SimulatedCamera *>(camera.get());
     HostWindow window(queue, channel, simulated);
-    // Later than the window, so that it goes first and as a QObject, not with its container.
+    // Declared after the window, so that the instance is deleted before the panel's container.
     const std::unique_ptr<QObject> instance(plugin.object);
     std::unique_ptr<Tour> tour;
     if (options.tour)
@@ -134,47 +88,62 @@ int runHost(const Options &options, int &argc, char **argv)
                      [&plugin] { plugin.api->resetToDefault(); });
     window.show();
 
-    const auto finish = [&](bool agreed) {
-        const bool written =
-            options.screenshot.isEmpty() || writePicture(window, options.screenshot);
-        QCoreApplication::exit(agreed && written ? 0 : failed);
-    };
-    // Whoever closes the window does not end the work with exit status 0.
-    QApplication::setQuitOnLastWindowClosed(!options.tour && options.screenshot.isEmpty());
     if (tour) {
-        QObject::connect(tour.get(), &Tour::finished, &window, finish);
+        QObject::connect(tour.get(), &Tour::finished, &window,
+                         [&](bool agreed) { finish(options, window, agreed); });
     } else if (!options.screenshot.isEmpty()) {
-        QTimer::singleShot(settleTime, &window, [&finish] { finish(true); });
+        QTimer::singleShot(settleTime, &window, [&] { finish(options, window, true); });
     }
+    // Closing the window early must not end an unfinished tour with exit status 0.
+    QApplication::setQuitOnLastWindowClosed(!options.tour && options.screenshot.isEmpty());
     const int status = QApplication::exec();
     window.hide();
     queue.finish();
     return status;
 }
 
+int runHost(const Options &options)
+{
+    const PluginFile plugin =
+        PluginFile::load(options.plugin.isEmpty() ? PluginFile::defaultPath() : options.plugin);
+    if (!plugin.error.isEmpty())
+        return complain(plugin.error);
+
+    QFile trace(options.trace);
+    // Unbuffered: if the host crashes, the file still ends with a complete line.
+    if (!options.trace.isEmpty() && !trace.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+        return complain(
+            QString("Cannot write the trace \"%1\": %2.").arg(options.trace, trace.errorString()));
+    }
+    QString error;
+    const std::shared_ptr<Camera> camera = openCamera(options, &error);
+    return camera ? showPanel(options, plugin, camera, trace) : complain(error);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    // Arguments are in the locale's encoding, and no application has set the locale yet.
+    // QString::fromLocal8Bit() needs the locale, which only an application object would set.
     std::setlocale(LC_ALL, "");
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
         arguments += QString::fromLocal8Bit(argv[i]);
-
     const Options options = Options::read(arguments);
-    if (!options.error.isEmpty()) {
-        complain(options.error);
-        return badArguments;
-    }
-    // Every option is this program's own: the application sees none of them.
+    if (!options.error.isEmpty())
+        return complain(options.error, badArguments);
+
+    // Hides the arguments from Qt, which would take some of them for its own.
     argc = 1;
     if (options.help || options.version || options.listCameras) {
         const QCoreApplication application(argc, argv);
         QTextStream(stdout) << (options.help      ? Options::helpText()
-                                : options.version ? QStringLiteral("orvhost " ORVHOST_VERSION "\n")
+                                : options.version ? "orvhost " ORVHOST_VERSION "\n"
                                                   : listCameras());
         return 0;
     }
-    return runHost(options, argc, argv);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    const QApplication application(argc, argv);
+    Look::applyDark();
+    return runHost(options);
 }

@@ -11,22 +11,22 @@
 QString PluginFile::interfaceProblem(const QJsonObject &metaData)
 {
     if (metaData.isEmpty())
-        return QStringLiteral("it is not a Qt plug-in");
+        return "it is not a Qt plug-in";
 
-    const QString wanted = QString::fromLatin1(qobject_interface_iid<OrvPluginApi *>());
-    const QString found = metaData.value(QLatin1String("IID")).toString();
+    const QString wanted = qobject_interface_iid<OrvPluginApi *>();
+    const QString found = metaData.value("IID").toString();
     if (found != wanted)
-        return QStringLiteral("it is a plug-in for \"%1\", not for \"%2\"").arg(found, wanted);
+        return QString(R"(it is a plug-in for "%1", not for "%2")").arg(found, wanted);
     return {};
 }
 
 QString PluginFile::versionProblem(const QJsonObject &metaData)
 {
-    const int version = metaData.value(QLatin1String("version")).toInt();
+    const int version = metaData.value("version").toInt();
     const QVersionNumber built(version >> 16, (version >> 8) & 0xFF);
-    const QVersionNumber running = QVersionNumber::fromString(QLatin1String(qVersion()));
+    const QVersionNumber running = QVersionNumber::fromString(qVersion());
     if (built.majorVersion() != running.majorVersion() || built > running) {
-        return QStringLiteral("it is built for Qt %1, and this is Qt %2")
+        return QString("it is built for Qt %1, and this is Qt %2")
             .arg(built.toString(), running.toString());
     }
     return {};
@@ -36,34 +36,31 @@ PluginFile PluginFile::load(const QString &path)
 {
     PluginFile plugin;
     const QFileInfo file(path);
-    // A relative name would be looked for in Qt's plug-in folders.
+    // QPluginLoader searches Qt's plug-in folders for relative names.
     QPluginLoader loader(file.absoluteFilePath());
-    QString problem = file.isFile() ? interfaceProblem(loader.metaData())
-                                    : QStringLiteral("there is no such file");
+    QString problem = file.isFile() ? interfaceProblem(loader.metaData()) : "there is no such file";
     if (problem.isEmpty())
         problem = versionProblem(loader.metaData());
     if (problem.isEmpty()) {
         plugin.object = loader.instance();
         plugin.api = qobject_cast<OrvPluginApi *>(plugin.object);
         if (!plugin.api) {
-            problem = plugin.object ? QStringLiteral("its instance lacks the announced interface")
+            problem = plugin.object ? "it does not implement the interface that it declares"
                                     : loader.errorString();
         }
     }
     if (!problem.isEmpty())
-        plugin.error = QStringLiteral("Cannot use the plug-in \"%1\": %2.").arg(path, problem);
+        plugin.error = QString("Cannot use the plug-in \"%1\": %2.").arg(path, problem);
     return plugin;
 }
 
 QString PluginFile::defaultPath()
 {
     const QDir folder(QCoreApplication::applicationDirPath());
-    const QString name = QStringLiteral("libm24_tracking.so");
-    // Where the build and where an installation puts it.
-    for (const char *const other : {"../plugin", ORVHOST_MODULES}) {
-        const QDir modules(folder.filePath(QLatin1String(other)));
-        if (!folder.exists(name) && modules.exists(name))
-            return QDir::cleanPath(modules.filePath(name));
+    const QString name("libm24_tracking.so");
+    for (const QString &file : {name, "../plugin/" + name, ORVHOST_MODULES "/" + name}) {
+        if (folder.exists(file))
+            return QDir::cleanPath(folder.filePath(file));
     }
     return folder.filePath(name);
 }

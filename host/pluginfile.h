@@ -9,19 +9,19 @@ class QObject;
 /// A settings-panel plug-in, loaded from its file.
 struct PluginFile
 {
-    QObject *object = nullptr;   ///< the instance; the caller destroys it
-    OrvPluginApi *api = nullptr; ///< the same instance; null if `error` says why there is none
-    QString error;               ///< a sentence for the user
+    QObject *object = nullptr;   ///< the instance; the caller owns it
+    OrvPluginApi *api = nullptr; ///< interface of the instance; null if loading failed
+    QString error;               ///< a sentence for the user if loading failed; else empty
 
-    /// Loads the plug-in in `path`. None of its code runs before its metadata is found fit.
+    /// Loads the plug-in in the file `path`. Checks its metadata before any of its code runs.
     static PluginFile load(const QString &path);
 
-    /// Why no host can use a plug-in with this metadata: it is for another interface, or for
-    /// another Qt. Empty if neither is so.
+    /// Why this host cannot use a plug-in with this metadata: it implements another interface, or
+    /// needs another version of Qt. Empty if there is no problem.
     static QString interfaceProblem(const QJsonObject &metaData);
     static QString versionProblem(const QJsonObject &metaData);
 
-    /// The module that goes with this program: in its folder, in the build's plug-in folder or
-    /// where it is installed.
+    /// The plug-in supplied with this program: in the program's folder, in the build's plug-in
+    /// folder or in the installed one.
     static QString defaultPath();
 };

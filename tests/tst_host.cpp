@@ -1,4 +1,5 @@
 #include "commandchannel.h"
+#include "options.h"
 #include "orvpluginapi.h"
 #include "simulatedcamera.h"
 #include "testmain.h"
@@ -43,14 +44,44 @@ struct Channel
     Transfer traced;
 };
 
-/// The exit code, -1 if there is none, and all that was printed.
-std::pair<int, QString> runHost(const QStringList &arguments)
+/// The reference host in a process of its own.
+struct Host
 {
-    QProcess host;
-    host.setProcessChannelMode(QProcess::MergedChannels);
-    host.start(QStringLiteral(ORVHOST), arguments);
-    const bool ended = host.waitForFinished(150000) && host.exitStatus() == QProcess::NormalExit;
-    return {ended ? host.exitCode() : -1, QString::fromLocal8Bit(host.readAll())};
+    explicit Host(const QStringList &arguments)
+    {
+        process.setProcessChannelMode(QProcess::MergedChannels);
+        process.start(ORVHOST, arguments);
+    }
+
+    /// Waits for the host to exit. Returns -1 if it crashes or hangs.
+    int exitCode()
+    {
+        const bool ended = process.waitForFinished(150000);
+        output = QString::fromLocal8Bit(process.readAll());
+        return ended && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+    }
+
+    QProcess process;
+    QString output; ///< complete after exitCode()
+};
+
+/// The different results in a trace, or its first line that is not a complete JSON object.
+QString resultsIn(const QString &trace)
+{
+    QFile file(trace);
+    QStringList results;
+    file.open(QIODevice::ReadOnly);
+    while (!file.atEnd()) {
+        const QByteArray line = file.readLine();
+        const QJsonObject object = QJsonDocument::fromJson(line).object();
+        if (!line.endsWith('\n') ||
+            object.keys().join(' ') != "bytes direction meaning ms request result selector time")
+            return line;
+        results << object["result"].toString();
+    }
+    results.sort();
+    results.removeDuplicates();
+    return results.join(' ');
 }
 
 } // namespace
@@ -188,90 +219,90 @@ private Q_SLOTS:
         QCOMPARE(shown(), "0001|0001");
     }
 
-    void commandLine_data()
+    void badArguments()
+    {
+        const std::pair<const char *, const char *> rows[] = {
+            {"--language fr", "en or zh"},
+            {"--status 0,1,2,3,256", "five numbers"},
+            {"--fault broken", "changes-itself"},
+            {"--fault delay=10001", "delay=0..10000"},
+            {"--fault errno=ENOENT", "EPIPE"},
+            {"--unit 3", "--unit needs --camera"},
+            {"--camera /dev/video0 --unit 256", "from 1 to 255"},
+            {"--camera /dev/video0 --status 0,1,0,1,0", "cannot be combined"},
+            {"--trace=", "name of a file"},
+            {"a b", "Only one"},
+        };
+        for (const auto &[arguments, says] : rows) {
+            const QString error =
+                Options::read(QString("orvhost %1").arg(arguments).split(' ')).error;
+            QVERIFY2(error.contains(says), qPrintable(arguments + (": " + error)));
+        }
+    }
+
+    void goodArguments()
+    {
+        const Options options =
+            Options::read(QString("orvhost panel.so --fault delay=5 --fault=random "
+                                  "--status 1,0,2,255,3")
+                              .split(' '));
+        QCOMPARE(options.error, QString());
+        QCOMPARE(options.plugin, QString("panel.so"));
+        QCOMPARE(options.status, (TrackingProtocol::Status{1, 0, 2, 255, 3}));
+        QCOMPARE(options.faults[Fault::Delay], 5);
+        QCOMPARE(options.faults[Fault::Random], 1);
+        const Options real = Options::read({"orvhost", "--camera", "a", "--unit=3", "--read-only"});
+        QVERIFY(real.error.isEmpty() && real.camera == "a" && real.unit == 3 && real.readOnly);
+    }
+
+    void program_data()
     {
         QTest::addColumn<int>("exitCode");
         QTest::addColumn<QString>("says");
-        const std::tuple<const char *, int, const char *> rows[] = {
-            {"--help", 0, "--status"},
-            {"--version", 0, "orvhost 1"},
-            {"--platform offscreen", 2, "platform"}, // Qt's own options are none of this program's
-            {"--language fr", 2, "en or zh"},
-            {"--status 1,2", 2, "five numbers"},
-            {"--status 0,1,2,3,256", 2, "five numbers"},
-            {"--delay -1", 2, "--delay"},
-            {"--fault broken", 2, "changes-itself"},
-            {"--fault delay=10001", 2, "delay=0..10000"},
-            {"--fault errno=ENOENT", 2, "EPIPE"},
-            {"--fault random=1", 2, "without a value"},
-            {"--pictures a", 2, "--pictures needs --gallery"},
-            {"--gallery --pictures /nowhere", 1, "Cannot write the picture"},
-            {"--unit 3", 2, "--unit needs --camera"},
-            {"--read-only", 2, "--read-only needs --camera"},
-            {"--camera /dev/video0 --no-answer", 2, "exclude each other"},
-            {"--trace /nowhere/a", 1, "Cannot write the trace"},
-            {"--dpi many", 2, "--dpi"},
-            {"--scale 0", 2, "--scale"},
-            {"a b", 2, "Only one"},
-            {"nowhere.so", 1, "no such file"},
-            {ORVHOST, 1, "not a Qt plug-in"},
-            {OTHER_PLUGIN, 1, "com.talsen.OrvPluginApi"},
-            {"--screenshot /nowhere/a.png", 1, "Cannot write"},
-        };
-        for (const auto &[arguments, exitCode, says] : rows)
-            QTest::newRow(arguments) << exitCode << says;
+        QTest::newRow("--help") << 0 << "--status";
+        QTest::newRow("--platform offscreen") << 2 << "platform"; // Qt's options are not accepted
+        QTest::newRow("--trace /nowhere/a") << 1 << "Cannot write the trace";
+        QTest::newRow("--screenshot /nowhere/a.png") << 1 << "Cannot write the picture";
+        QTest::newRow("nowhere.so") << 1 << "no such file";
+        QTest::newRow(ORVHOST) << 1 << "not a Qt plug-in";
+        QTest::newRow(OTHER_PLUGIN) << 1 << "com.talsen.OrvPluginApi";
     }
 
-    void commandLine()
+    void program()
     {
         QFETCH(QString, says);
-        // A path stands alone, and may have spaces in it.
+        // A path is a single argument, even with spaces in it.
         const QString text(QTest::currentDataTag());
-        const auto [code, output] =
-            runHost(QFile::exists(text) ? QStringList(text) : text.split(' '));
-        QTEST(code, "exitCode");
-        QVERIFY2(output.contains(says), qPrintable(output));
+        Host host(QFile::exists(text) ? QStringList(text) : text.split(' '));
+        QTEST(host.exitCode(), "exitCode");
+        QVERIFY2(host.output.contains(says), qPrintable(host.output));
     }
 
-    void tour_data()
-    {
-        QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QString>("says");
-        QTest::addColumn<QString>("results"); // that are in the trace
-        QTest::newRow("delay=40") << 0 << "FF 53 05 10 01 02  Type: Board"
-                                  << "ok superseded";
-        QTest::newRow("unplugged") << 1 << "the camera has reported nothing"
-                                   << "ENODEV not sent ok";
-    }
-
-    void tour()
+    void tours()
     {
         const QTemporaryDir folder;
         const QString picture = folder.filePath("tour.png");
-        const QString trace = folder.filePath("trace");
-        const auto [code, output] = runHost({"--tour", "--fault", QTest::currentDataTag(),
-                                             "--screenshot", picture, "--trace", trace});
-        QTEST(code, "exitCode");
-        QFETCH(QString, says);
-        QVERIFY2(output.contains(says), qPrintable(output));
-        static const QRegularExpression stall("longest stall of the window: [1-9]");
-        QVERIFY(output.contains(stall));
-        QVERIFY(!QImage(picture).isNull());
+        const QString slowTrace = folder.filePath("slow");
+        const QString unpluggedTrace = folder.filePath("unplugged");
+        // Both take several seconds, most of which they wait.
+        Host slow({"--tour", "--fault", "delay=20", "--status", "0,0,1,2,3", "--screenshot",
+                   picture, "--trace", slowTrace});
+        Host unplugged(
+            {"--tour", "--fault", "unplugged", "--language", "zh", "--trace", unpluggedTrace});
 
-        QFile file(trace);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QStringList results;
-        while (!file.atEnd()) {
-            const QByteArray line = file.readLine();
-            QVERIFY2(line.endsWith('\n'), line);
-            const QJsonObject object = QJsonDocument::fromJson(line).object();
-            QCOMPARE(object.keys().join(' '),
-                     "bytes direction meaning ms request result selector time");
-            results << object.value("result").toString();
-        }
-        results.sort();
-        results.removeDuplicates();
-        QTEST(results.join(' '), "results");
+        QCOMPARE(unplugged.exitCode(), 1);
+        QVERIFY(unplugged.output.contains("language: 0"));
+        QVERIFY(unplugged.output.contains("DIFFERENT: the camera has reported nothing"));
+        QCOMPARE(resultsIn(unpluggedTrace), QString("ENODEV not sent ok"));
+
+        QCOMPARE(slow.exitCode(), 0);
+        for (const char *const words : {"00 00 01 02 03 00  tracking off, type Hand, mode Sport",
+                                        "FF 53 05 10 01 02  Type: Board"})
+            QVERIFY2(slow.output.contains(words), qPrintable(slow.output));
+        static const QRegularExpression stall("longest stall of the window: [1-9]");
+        QVERIFY(slow.output.contains(stall));
+        QCOMPARE(resultsIn(slowTrace), QString("ok superseded"));
+        QVERIFY(!QImage(picture).isNull());
     }
 };
 

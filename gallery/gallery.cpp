@@ -28,7 +28,7 @@ namespace {
 constexpr int animationTime = 1500; // ms
 constexpr QSize pictureSize(640, 360);
 
-/// Landscape, with an arrow that points up and corners that differ.
+/// An arrow pointing up and four different corners, to show how the picture is turned.
 QPixmap ownPicture()
 {
     QPixmap picture(pictureSize);
@@ -45,7 +45,7 @@ QPixmap ownPicture()
     return picture;
 }
 
-/// `header` is the file in widgets/ that the group is about.
+/// `header` names the file in widgets/ that the group illustrates.
 QGridLayout &addGroup(QGridLayout &page, const QString &title, const QString &header,
                       int columns = 1)
 {
@@ -84,10 +84,10 @@ void addSwitches(QGridLayout &grid)
         button->blockNextSignal();
         button->SetStatus(on, false);
 
-        const QLatin1String kind(i >= 6 ? "disabled, " : recoloured ? "recoloured, " : "");
+        const QString kind(i >= 6 ? "disabled, " : recoloured ? "recoloured, " : "");
         QLabel *const caption = addCell(grid, i / 6, column, button, {});
         const auto tell = [caption, kind](int open) {
-            caption->setText(kind + QLatin1String(open ? "on" : "off"));
+            caption->setText(kind + (open ? "on" : "off"));
         };
         tell(on);
         QObject::connect(button, &SwitchButton::onValueChanged, caption, tell);
@@ -99,16 +99,16 @@ void addPressFrame(QGridLayout &grid, int column, const QString &caption, bool e
     auto *frame = new QPressFrame(nullptr);
     frame->setFixedSize(180, 60);
     frame->setEnabled(enabled);
-    auto *clicks = new QLabel(QStringLiteral("Clicks: 0"));
+    auto *clicks = new QLabel("Clicks: 0");
     (new QHBoxLayout(frame))->addWidget(clicks, 0, Qt::AlignCenter);
     const auto showHover = [frame](bool over) {
-        frame->setStyleSheet(QStringLiteral("QPressFrame { background: %1; border-radius: 5px; }")
-                                 .arg(QLatin1String(over ? "#3A3F46" : "#282B30")));
+        frame->setStyleSheet(QString("QPressFrame { background: %1; border-radius: 5px; }")
+                                 .arg(over ? "#3A3F46" : "#282B30"));
     };
     showHover(false);
     QObject::connect(frame, &QPressFrame::hoverEvent, frame, showHover);
     QObject::connect(frame, &QPressFrame::clicked, clicks, [clicks, count = 0]() mutable {
-        clicks->setText(QStringLiteral("Clicks: %1").arg(++count));
+        clicks->setText(QString("Clicks: %1").arg(++count));
     });
     addCell(grid, 0, column, frame, caption);
 }
@@ -121,12 +121,11 @@ void addGuideLabels(QGridLayout &grid)
         auto *label = new BgLineLabel(nullptr);
         label->setMinimumSize(124, 36);
         label->setAlignment(Qt::AlignCenter);
-        QString style = QStringLiteral("location:%1;").arg(location);
+        QString style = QString("location:%1;").arg(location);
         if (cell % 2 == 1) { // a side
             label->setText(style.chopped(1));
-            style.prepend(
-                QStringLiteral("QLabel {\ncolor:#99CECEDA;\nfont: 9pt;\nbackground: #282B30;\n"
-                               "border-radius:13px;\nmargin: 4px;\npadding: 5px;\n}\n"));
+            style.prepend("QLabel {\ncolor:#99CECEDA;\nfont: 9pt;\nbackground: #282B30;\n"
+                          "border-radius:13px;\nmargin: 4px;\npadding: 5px;\n}\n");
         }
         label->setStyleSheet(style);
         grid.addWidget(label, cell / 3, cell % 3);
@@ -137,16 +136,14 @@ void addAreaRow(QGridLayout &grid)
 {
     auto *frame = new QFrame;
     frame->setFixedSize(291, 35);
-    frame->setStyleSheet(
-        QStringLiteral("QPushButton {\nbackground: transparent;\nborder: none;\n}"));
+    frame->setStyleSheet("QPushButton {\nbackground: transparent;\nborder: none;\n}");
     auto *row = new QHBoxLayout(frame);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(9);
-    auto *add = new QPushButton(QStringLiteral("+"), frame);
+    auto *add = new QPushButton("+", frame);
     add->setMinimumSize(91, 35);
     add->setMaximumWidth(91);
-    add->setStyleSheet(
-        QStringLiteral("QPushButton {\nbackground: #282B30;\nborder-radius:5px;\n}"));
+    add->setStyleSheet("QPushButton {\nbackground: #282B30;\nborder-radius:5px;\n}");
     row->addWidget(add);
     row->addStretch();
 
@@ -160,7 +157,7 @@ void addAreaRow(QGridLayout &grid)
     });
     add->click();
     add->click();
-    addCell(grid, 0, 0, frame, QStringLiteral("two to start with, at most three"));
+    addCell(grid, 0, 0, frame, "two to start with, at most three");
 }
 
 } // namespace
@@ -170,31 +167,31 @@ Gallery::Gallery()
     , m_scale(new QSlider(Qt::Horizontal))
     , m_scroll(new QScrollArea)
 {
-    setWindowTitle(QStringLiteral("Widget gallery"));
-    // Not the window's own: under a style sheet a widget falls back on the application's.
+    setWindowTitle("Widget gallery");
+    // Set on the application: widgets with a style sheet ignore the window's font.
     QApplication::setFont(Look::font());
 
-    auto *scaleText = new QLabel(QStringLiteral("1.0x"));
+    auto *scaleText = new QLabel("1.0x");
     m_scale->setRange(10, 30);
     connect(m_scale, &QSlider::valueChanged, this, [this, scaleText](int tenths) {
-        scaleText->setText(QStringLiteral("%1x").arg(tenths / 10.0, 0, 'f', 1));
+        scaleText->setText(QString("%1x").arg(tenths / 10.0, 0, 'f', 1));
         rebuild();
     });
-    auto *choose = new QPushButton(QStringLiteral("Choose picture..."));
+    auto *choose = new QPushButton("Choose picture...");
     connect(choose, &QPushButton::clicked, this, [this] {
         const QString path = QFileDialog::getOpenFileName(this);
         const QString error = path.isEmpty() ? QString() : setPicture(path);
         if (!error.isEmpty())
             QMessageBox::warning(this, windowTitle(), error);
     });
-    auto *animate = new QPushButton(QStringLiteral("Animate"));
+    auto *animate = new QPushButton("Animate");
     connect(animate, &QPushButton::clicked, this, [this] {
         const QSize target = m_animated->size() / 4;
         m_animated->startAnimation({{0, 0}, target}, {}, animationTime);
     });
 
     auto *bar = new QHBoxLayout;
-    bar->addWidget(new QLabel(QStringLiteral("Scale")));
+    bar->addWidget(new QLabel("Scale"));
     bar->addWidget(m_scale);
     bar->addWidget(scaleText);
     bar->addWidget(choose);
@@ -210,9 +207,10 @@ Gallery::Gallery()
 
 QString Gallery::setPicture(const QString &path)
 {
-    // A drawing has to be told its size, and without one it is no drawing.
+    // An SVG is drawn at a given size. If the file is not an SVG, the size stays empty, and loading
+    // fails below.
     QSize size(0, 0);
-    if (path.endsWith(QLatin1String("svg"), Qt::CaseInsensitive)) {
+    if (path.endsWith("svg", Qt::CaseInsensitive)) {
         size = QSvgRenderer(path).defaultSize();
         if (!size.isEmpty())
             size.scale(pictureSize, Qt::KeepAspectRatio);
@@ -220,7 +218,7 @@ QString Gallery::setPicture(const QString &path)
     removePixmapCache(path);
     const QPixmap picture = loadPixmapAutoFormat(path, size, false);
     if (picture.isNull())
-        return QStringLiteral("Cannot read the picture \"%1\".").arg(path);
+        return QString("Cannot read the picture \"%1\".").arg(path);
     m_picture = picture;
     rebuild();
     return {};
@@ -240,7 +238,7 @@ void Gallery::addDisplays(QGridLayout &grid)
         display->setBackground(0x282B30);
         if (picture)
             display->setPixmap(*picture);
-        addCell(grid, cell / 6, cell % 6, display, QLatin1String(caption), columns);
+        addCell(grid, cell / 6, cell % 6, display, caption, columns);
         return display;
     };
     add("stretch", &m_picture)->setScaleType(PixmapDisplay::ScaleStretch);
@@ -268,15 +266,13 @@ void Gallery::rebuild()
     auto *page = new QGridLayout(content);
     page->setContentsMargins(0, 0, 0, 0);
     page->setSizeConstraint(QLayout::SetFixedSize);
-    addSwitches(addGroup(*page, QStringLiteral("Switches"), QStringLiteral("switchbutton")));
-    QGridLayout &frames =
-        addGroup(*page, QStringLiteral("Press frames"), QStringLiteral("qpressframe"));
-    addPressFrame(frames, 0, QStringLiteral("enabled"), true);
-    addPressFrame(frames, 1, QStringLiteral("disabled"), false);
-    addGuideLabels(addGroup(*page, QStringLiteral("Guide labels"), QStringLiteral("bglinelabel")));
-    addAreaRow(addGroup(*page, QStringLiteral("Area tiles"), QStringLiteral("areatile")));
-    addDisplays(
-        addGroup(*page, QStringLiteral("Picture displays"), QStringLiteral("pixmapdisplay"), 2));
+    addSwitches(addGroup(*page, "Switches", "switchbutton"));
+    QGridLayout &frames = addGroup(*page, "Press frames", "qpressframe");
+    addPressFrame(frames, 0, "enabled", true);
+    addPressFrame(frames, 1, "disabled", false);
+    addGuideLabels(addGroup(*page, "Guide labels", "bglinelabel"));
+    addAreaRow(addGroup(*page, "Area tiles", "areatile"));
+    addDisplays(addGroup(*page, "Picture displays", "pixmapdisplay", 2));
 
     const double dense = std::max(1.0, logicalDpiX() / 96.0);
     Talsen::changeObjectSizeInner(*content, dense * m_scale->value() / 10);
