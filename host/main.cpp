@@ -1,3 +1,4 @@
+#include "cameralist.h"
 #include "commandchannel.h"
 #include "gallery.h"
 #include "hostwindow.h"
@@ -9,7 +10,7 @@
 #include "simulatedcamera.h"
 #include "tour.h"
 #include "transferqueue.h"
-#include "v4l2nodes.h"
+#include "transfertext.h"
 
 #include <QApplication>
 #include <QFile>
@@ -115,9 +116,8 @@ int runHost(const Options &options, int &argc, char **argv)
     CommandChannel channel(queue);
     channel.setSetting(QStringLiteral("language"), options.language);
     if (trace.isOpen()) {
-        QObject::connect(
-            &channel, &CommandChannel::transferred, &channel,
-            [&trace](const Transfer &transfer) { trace.write(transfer.toJsonLine()); });
+        QObject::connect(&channel, &CommandChannel::transferred, &channel,
+                         [&trace](const Transfer &transfer) { trace.write(toJsonLine(transfer)); });
     }
     HostWindow window(queue, channel, simulated);
     // Later than the window, so that it goes first and as a QObject, not with its container.

@@ -2,6 +2,7 @@
 
 #include "commandchannel.h"
 #include "simulatedcamera.h"
+#include "transfertext.h"
 
 #include <QAbstractButton>
 #include <QCoreApplication>
@@ -110,7 +111,7 @@ Tour::Tour(SimulatedCamera *simulated, CommandChannel &channel, QWidget &window)
 
 void Tour::takeTransfer(const Transfer &transfer)
 {
-    if (transfer.selector != 0 && transfer.result != QLatin1String("superseded"))
+    if (transfer.selector != 0 && transfer.outcome != Transfer::Superseded)
         m_slowest = std::max(m_slowest, transfer.duration);
     if (transfer.isStatusRead() && transfer.bytes.size() >= FieldCount)
         m_reported = transfer.bytes;
@@ -119,21 +120,22 @@ void Tour::takeTransfer(const Transfer &transfer)
 
 void Tour::printTransfer(const Transfer &transfer)
 {
+    const QString result = resultText(transfer);
     if (transfer.isStatusRead()) {
-        if (transfer.bytes == m_printed && transfer.result == m_printedResult) {
+        if (transfer.bytes == m_printed && result == m_printedResult) {
             ++m_repeatedReads;
             return;
         }
         m_printed = transfer.bytes;
-        m_printedResult = transfer.result;
+        m_printedResult = result;
     }
-    QString address = transfer.request;
+    QString address = requestText(transfer);
     if (transfer.selector != 0)
         address += QLatin1Char(' ') + QString::number(transfer.selector);
-    m_out << "    " << transfer.direction << ' ' << address.leftJustified(12)
-          << transfer.firstBytes().leftJustified(19) << transfer.meaning;
-    if (!transfer.succeeded())
-        m_out << ": " << transfer.result;
+    m_out << "    " << directionText(transfer) << ' ' << address.leftJustified(12)
+          << firstBytes(transfer).leftJustified(19) << transfer.meaning;
+    if (transfer.outcome != Transfer::Succeeded)
+        m_out << ": " << result;
     m_out << '\n' << flush;
 }
 

@@ -12,8 +12,8 @@
 #include <umockdev.h>
 #include <utility>
 
-/// A camera of umockdev's: a capture node, a metadata node, and the controls of unit 4. Requests
-/// come in a thread of umockdev's, while whoever made them waits.
+/// A camera made by umockdev: a capture node, a metadata node, and the controls of unit 4. Requests
+/// are answered in a thread of umockdev while the caller waits.
 struct MockCamera
 {
     enum Query { SetCur = 0x01, GetCur = 0x81, GetLen = 0x85, GetInfo = 0x86 };
@@ -21,15 +21,13 @@ struct MockCamera
     {
         int length = 60;
         int info = 3;
-        QByteArray value = {};
     };
-    struct Reply ///< result 0: as a driver would
+    struct Reply
     {
-        int result = 0;
+        int result = 0; ///< 0: behave like a driver
         int error = 0;
     };
 
-    /// To be plugged in.
     MockCamera(QByteArray itsSerial, QByteArray itsDescriptors)
         : serial(std::move(itsSerial))
         , descriptors(std::move(itsDescriptors))
@@ -43,7 +41,7 @@ struct MockCamera
     }
     Q_DISABLE_COPY(MockCamera)
 
-    /// Its nodes are /dev/video<number> and the next one, its port is always the same.
+    /// Adds the nodes /dev/video<number> and the next one, always at the same port.
     void plugIn(int number)
     {
         captureNode = "/dev/video" + QByteArray::number(number);
@@ -71,7 +69,8 @@ struct MockCamera
 
     std::map<int, Control> controls = {{7, {}}, {8, {60, 1}}};
     std::map<std::pair<int, int>, Reply> replies; ///< by query and selector
-    int writes = 0;                               ///< how often it was tried to set a control
+    int writes = 0;                               ///< number of SetCur, including failed ones
+    QByteArray written;                           ///< by the last one that succeeded
 
 private:
     void add(const QByteArray &device, const QByteArray &properties)
@@ -89,11 +88,11 @@ private:
         return TRUE;
     }
 
-    /// What `data`, which owns it, points to at `offset`.
+    /// The memory that `data` points to at `offset`.
     static UMockdevIoctlData *resolve(UMockdevIoctlData *data, size_t offset, size_t size)
     {
         UMockdevIoctlData *const part = umockdev_ioctl_data_resolve(data, offset, size, nullptr);
-        g_object_unref(part);
+        g_object_unref(part); // `data` owns it
         return part;
     }
 
@@ -127,16 +126,17 @@ private:
         const auto found = controls.find(query.selector);
         if (query.unit != 4 || found == controls.end())
             return {-1, ENOENT};
-        auto &[length, info, value] = found->second;
+        const auto [length, info] = found->second;
         if (query.size != (query.query == GetLen ? 2 : query.query == GetInfo ? 1 : length))
             return {-1, ENOBUFS};
         if (query.query == SetCur)
-            value = QByteArray(reinterpret_cast<char *>(bytes), query.size);
-        const QByteArray answer = query.query == GetLen
-                                      ? QByteArray(1, char(length & 0xff)) + char(length >> 8)
-                                  : query.query == GetInfo ? QByteArray(1, char(info))
-                                                           : value.leftJustified(length, 's', true);
-        std::copy(answer.cbegin(), answer.cend(), bytes);
+            written = QByteArray(reinterpret_cast<char *>(bytes), query.size);
+        else if (query.query == GetCur)
+            std::fill_n(bytes, length, guint8('s'));
+        else
+            bytes[0] = guint8(query.query == GetLen ? length & 0xff : info);
+        if (query.query == GetLen)
+            bytes[1] = guint8(length >> 8);
         return {};
     }
 
