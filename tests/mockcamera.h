@@ -2,9 +2,11 @@
 
 #include <QByteArray>
 #include <QVector>
+#include <linux/usb/video.h>
 #include <linux/uvcvideo.h>
 #include <linux/videodev2.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <map>
@@ -16,7 +18,6 @@
 /// are answered in a thread of umockdev while the caller waits.
 struct MockCamera
 {
-    enum Query { SetCur = 0x01, GetCur = 0x81, GetLen = 0x85, GetInfo = 0x86 };
     struct Control
     {
         int length = 60;
@@ -32,14 +33,9 @@ struct MockCamera
         : serial(std::move(itsSerial))
         , descriptors(std::move(itsDescriptors))
     {
-        g_signal_connect(handler, "handle-ioctl", G_CALLBACK(handle), this);
+        g_signal_connect(handler.get(), "handle-ioctl", G_CALLBACK(handle), this);
     }
-    ~MockCamera()
-    {
-        unplug();
-        g_object_unref(handler);
-    }
-    Q_DISABLE_COPY(MockCamera)
+    ~MockCamera() { unplug(); }
 
     /// Adds the nodes /dev/video<number> and the next one, always at the same port.
     void plugIn(int number)
@@ -56,7 +52,7 @@ struct MockCamera
                                                         "\nE: SUBSYSTEM=video4linux\n"
                                                         "L: device=../../../1-2.3:1.0");
             umockdev_testbed_detach_ioctl(testbed.get(), "/dev/" + name, nullptr);
-            umockdev_testbed_attach_ioctl(testbed.get(), "/dev/" + name, handler, nullptr);
+            umockdev_testbed_attach_ioctl(testbed.get(), "/dev/" + name, handler.get(), nullptr);
         }
     }
 
@@ -68,11 +64,14 @@ struct MockCamera
     }
 
     std::map<int, Control> controls = {{7, {}}, {8, {60, 1}}};
-    std::map<std::pair<int, int>, Reply> replies; ///< by query and selector
-    int writes = 0;                               ///< number of SetCur, including failed ones
-    QByteArray written;                           ///< by the last one that succeeded
+    std::map<int, Reply> replies; ///< by request: UVC_SET_CUR and so on
+    int writes = 0;               ///< number of commands, including failed ones
+    QByteArray written;           ///< the last command that succeeded
 
 private:
+    template <typename Object>
+    using Pointer = std::unique_ptr<Object, decltype(&g_object_unref)>;
+
     void add(const QByteArray &device, const QByteArray &properties)
     {
         const QByteArray text = "P: " + device + '\n' + properties + '\n';
@@ -116,8 +115,8 @@ private:
         UMockdevIoctlData *const data = resolve(argument, 0, sizeof(uvc_xu_control_query));
         const auto query = *reinterpret_cast<const uvc_xu_control_query *>(data->data);
         const size_t offset = offsetof(uvc_xu_control_query, data);
-        writes += query.query == SetCur;
-        const Reply reply = replies[{query.query, query.selector}];
+        writes += query.query == UVC_SET_CUR;
+        const Reply reply = replies[query.query];
         return reply.result == 0 ? transfer(query, resolve(data, offset, query.size)->data) : reply;
     }
 
@@ -127,22 +126,21 @@ private:
         if (query.unit != 4 || found == controls.end())
             return {-1, ENOENT};
         const auto [length, info] = found->second;
-        if (query.size != (query.query == GetLen ? 2 : query.query == GetInfo ? 1 : length))
+        const QByteArray number(reinterpret_cast<const char *>(&length), 2);
+        const QByteArray answer = query.query == UVC_GET_LEN    ? number
+                                  : query.query == UVC_GET_INFO ? QByteArray(1, char(info))
+                                                                : QByteArray(length, 's');
+        if (query.size != answer.size())
             return {-1, ENOBUFS};
-        if (query.query == SetCur)
+        if (query.query == UVC_SET_CUR)
             written = QByteArray(reinterpret_cast<char *>(bytes), query.size);
-        else if (query.query == GetCur)
-            std::fill_n(bytes, length, guint8('s'));
         else
-            bytes[0] = guint8(query.query == GetLen ? length & 0xff : info);
-        if (query.query == GetLen)
-            bytes[1] = guint8(length >> 8);
+            std::copy(answer.cbegin(), answer.cend(), bytes);
         return {};
     }
 
-    static inline const std::unique_ptr<UMockdevTestbed, decltype(&g_object_unref)> testbed{
-        umockdev_testbed_new(), g_object_unref};
-    UMockdevIoctlBase *const handler = umockdev_ioctl_base_new();
+    static inline const Pointer<UMockdevTestbed> testbed{umockdev_testbed_new(), g_object_unref};
+    const Pointer<UMockdevIoctlBase> handler{umockdev_ioctl_base_new(), g_object_unref};
     const QByteArray serial;
     const QByteArray descriptors;
     QVector<QByteArray> devices; ///< in sysfs, parents first

@@ -1,7 +1,6 @@
 #include "commandchannel.h"
 #include "extensionrecord.h"
 #include "faultkinds.h"
-#include "hostwindow.h"
 #include "orvpluginapi.h"
 #include "simulatedcamera.h"
 #include "testmain.h"
@@ -9,12 +8,10 @@
 #include "transferqueue.h"
 #include "transfertext.h"
 
-#include <QCheckBox>
+#include <QAbstractButton>
 #include <QClipboard>
 #include <QFileDialog>
-#include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -178,29 +175,7 @@ private Q_SLOTS:
         Q_EMIT panel.findChild<QFileDialog *>()->fileSelected(path);
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(),
-                 QByteArray("{\"bytes\":\"0001\",\"direction\":\"get\",\"meaning\":\"0001\","
-                            "\"ms\":7,\"request\":\"Extension\",\"result\":\"ok\","
-                            "\"selector\":8,\"time\":\"2026-01-02T03:04:05.006\"}\n")
-                     .repeated(2));
-    }
-
-    void window()
-    {
-        Channel channel;
-        HostWindow window(channel.queue, channel.channel, channel.camera.get());
-        const auto condition = [&] {
-            channel.request(ChannelRequest::Extension,
-                            QVariant::fromValue(extensionRecord(false, 8, {})));
-            return window.findChild<QLabel *>("lb_condition")->text().left(26);
-        };
-        QTRY_COMPARE(condition(), "The camera is connected.");
-        auto *const unplugged = window.findChild<QCheckBox *>("fault_unplugged");
-        unplugged->click();
-        QTRY_COMPARE(condition(), "The camera is disconnected");
-        unplugged->click();
-        QTRY_COMPARE(condition(), "The camera is connected.");
-        QVERIFY(window.findChild<QTableView *>()->model()->rowCount() > 2);
+        QCOMPARE(file.readAll(), toJsonLine(panel.trace().transfer(0)).repeated(2));
     }
 };
 
