@@ -33,9 +33,7 @@ QVariant CommandChannel::request(int kind, const QVariant &record)
         return transferToCamera(record);
 
     QVariant answer;
-    Transfer transfer;
-    transfer.time = QDateTime::currentDateTime();
-    transfer.request = kind;
+    Transfer transfer = Transfer::begin(Transfer::None, kind);
     transfer.outcome = Transfer::Succeeded;
     if (kind == ChannelRequest::Setting && record.canConvert<SettingData>()) {
         const QString name = record.value<SettingData>().name;
@@ -61,11 +59,8 @@ QVariant CommandChannel::transferToCamera(const QVariant &record)
     const QString refusal = TrackingProtocol::refusal(unit.write, unit.selector, bytes);
     QByteArray answer;
     if (!refusal.isEmpty()) {
-        Transfer transfer;
-        transfer.time = QDateTime::currentDateTime();
-        transfer.direction = unit.write ? Transfer::Set : Transfer::Get;
-        transfer.request = ChannelRequest::Extension;
-        transfer.selector = unit.selector;
+        Transfer transfer = Transfer::begin(unit.write ? Transfer::Set : Transfer::Get,
+                                            ChannelRequest::Extension, unit.selector);
         transfer.bytes = bytes;
         transfer.meaning = "refused: " + refusal;
         Q_EMIT transferred(transfer);

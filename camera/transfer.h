@@ -26,6 +26,12 @@ struct Transfer
     Outcome outcome = NotSent;
     int error = 0; ///< errno if it failed
 
+    /// A record that begins now, not sent yet.
+    static Transfer begin(Direction direction, int request = 0, qint64 selector = 0)
+    {
+        return {QDateTime::currentDateTime(), 0, direction, request, selector, {}, {}, NotSent, 0};
+    }
+
     bool isStatusRead() const { return selector != 0 && direction == Get; }
 };
 

@@ -26,19 +26,10 @@ constexpr auto lastReadTime = 100ms;
 constexpr std::chrono::milliseconds shortestPause = 500ms;
 constexpr std::chrono::milliseconds longestPause = 5s;
 
-Transfer unitRecord(Transfer::Direction direction, int control)
-{
-    Transfer transfer;
-    transfer.time = QDateTime::currentDateTime();
-    transfer.direction = direction;
-    transfer.request = ChannelRequest::Extension;
-    transfer.selector = control;
-    return transfer;
-}
-
 Transfer commandRecord(const QByteArray &command)
 {
-    Transfer transfer = unitRecord(Transfer::Set, TrackingProtocol::commandSelector);
+    Transfer transfer = Transfer::begin(Transfer::Set, ChannelRequest::Extension,
+                                        TrackingProtocol::commandSelector);
     transfer.bytes = command;
     transfer.meaning = TrackingProtocol::describeCommand(command);
     return transfer;
@@ -46,7 +37,8 @@ Transfer commandRecord(const QByteArray &command)
 
 Transfer readRecord()
 {
-    Transfer transfer = unitRecord(Transfer::Get, TrackingProtocol::statusSelector);
+    Transfer transfer =
+        Transfer::begin(Transfer::Get, ChannelRequest::Extension, TrackingProtocol::statusSelector);
     transfer.meaning = "no answer";
     return transfer;
 }
@@ -67,7 +59,7 @@ struct TransferQueue::State
     std::condition_variable changed;
     TransferQueue *queue; ///< null: the queue has finished
 
-    QByteArray commandInFlight; ///< to be sent next, or being sent
+    QByteArray commandInFlight; ///< being sent, or about to be
     std::deque<QByteArray> waitingCommands;
     bool readWanted = false;
     bool readInFlight = false;
@@ -116,9 +108,7 @@ void TransferQueue::State::addResult(const Transfer &transfer, int error)
 
 void TransferQueue::State::addEvent(const char *meaning, int error)
 {
-    Transfer transfer;
-    transfer.time = QDateTime::currentDateTime();
-    transfer.direction = Transfer::Event;
+    Transfer transfer = Transfer::begin(Transfer::Event);
     transfer.meaning = meaning;
     addResult(transfer, error);
 }
@@ -220,7 +210,7 @@ void TransferQueue::State::disconnect()
 
 void TransferQueue::State::enqueue(const QByteArray &command)
 {
-    // From now on, older blocks tell nothing about the camera.
+    // Blocks that were read before a command may no longer be true.
     block.clear();
     readIsCurrent = false;
     if (!hasCommands() && !readInFlight) {
