@@ -23,16 +23,17 @@ struct MockCamera
         int length = 60;
         int info = 3;
     };
-    struct Reply
-    {
-        int result = 0; ///< 0: behave like a driver
-        int error = 0;
-    };
 
     MockCamera(QByteArray itsSerial, QByteArray itsDescriptors)
         : serial(std::move(itsSerial))
         , descriptors(std::move(itsDescriptors))
     {
+        const auto handle =
+            +[](UMockdevIoctlBase *, UMockdevIoctlClient *client, MockCamera *self) {
+                const int reply = self->answer(client);
+                umockdev_ioctl_client_complete(client, std::max(reply, -1), -reply);
+                return TRUE;
+            };
         g_signal_connect(handler.get(), "handle-ioctl", G_CALLBACK(handle), this);
     }
     ~MockCamera() { unplug(); }
@@ -64,9 +65,9 @@ struct MockCamera
     }
 
     std::map<int, Control> controls = {{7, {}}, {8, {60, 1}}};
-    std::map<int, Reply> replies; ///< by request: UVC_SET_CUR and so on
-    int writes = 0;               ///< number of commands, including failed ones
-    QByteArray written;           ///< the last command that succeeded
+    std::map<int, int> replies; ///< to UVC_SET_CUR and so on; negative: errno; 0: as a driver
+    int writes = 0;             ///< number of commands, including failed ones
+    QByteArray written;         ///< the last command that succeeded
 
 private:
     template <typename Object>
@@ -80,13 +81,6 @@ private:
         devices << device;
     }
 
-    static gboolean handle(UMockdevIoctlBase * /*handler*/, UMockdevIoctlClient *client, void *self)
-    {
-        const Reply reply = static_cast<MockCamera *>(self)->answer(client);
-        umockdev_ioctl_client_complete(client, reply.result, reply.error);
-        return TRUE;
-    }
-
     /// The memory that `data` points to at `offset`.
     static UMockdevIoctlData *resolve(UMockdevIoctlData *data, size_t offset, size_t size)
     {
@@ -95,48 +89,49 @@ private:
         return part;
     }
 
-    Reply answer(UMockdevIoctlClient *client)
+    /// Returns 0, a length or a negative errno.
+    int answer(UMockdevIoctlClient *client)
     {
         UMockdevIoctlData *const argument = umockdev_ioctl_client_get_arg(client);
         const auto request = umockdev_ioctl_client_get_request(client);
         const bool isCapture = captureNode == umockdev_ioctl_client_get_devnode(client);
         if (captureNode.isEmpty())
-            return {-1, ENODEV};
+            return -ENODEV;
         if (request == VIDIOC_QUERYCAP) {
             const __u32 kind = isCapture ? V4L2_CAP_VIDEO_CAPTURE : V4L2_CAP_META_CAPTURE;
             const v4l2_capability capability = {
                 "uvcvideo", "A\033camera", "usb-0000:00:14.0-2.3", 0, 0, kind, {}};
             std::memcpy(resolve(argument, 0, sizeof capability)->data, &capability,
                         sizeof capability);
-            return {};
+            return 0;
         }
         if (request != UVCIOC_CTRL_QUERY || !isCapture)
-            return {-1, ENOTTY};
+            return -ENOTTY;
         UMockdevIoctlData *const data = resolve(argument, 0, sizeof(uvc_xu_control_query));
         const auto query = *reinterpret_cast<const uvc_xu_control_query *>(data->data);
         const size_t offset = offsetof(uvc_xu_control_query, data);
         writes += query.query == UVC_SET_CUR;
-        const Reply reply = replies[query.query];
-        return reply.result == 0 ? transfer(query, resolve(data, offset, query.size)->data) : reply;
+        const int reply = replies[query.query];
+        return reply ? reply : transfer(query, resolve(data, offset, query.size)->data);
     }
 
-    Reply transfer(const uvc_xu_control_query &query, guint8 *bytes)
+    int transfer(const uvc_xu_control_query &query, guint8 *bytes)
     {
         const auto found = controls.find(query.selector);
         if (query.unit != 4 || found == controls.end())
-            return {-1, ENOENT};
+            return -ENOENT;
         const auto [length, info] = found->second;
         const QByteArray number(reinterpret_cast<const char *>(&length), 2);
         const QByteArray answer = query.query == UVC_GET_LEN    ? number
                                   : query.query == UVC_GET_INFO ? QByteArray(1, char(info))
                                                                 : QByteArray(length, 's');
         if (query.size != answer.size())
-            return {-1, ENOBUFS};
+            return -ENOBUFS;
         if (query.query == UVC_SET_CUR)
             written = QByteArray(reinterpret_cast<char *>(bytes), query.size);
         else
             std::copy(answer.cbegin(), answer.cend(), bytes);
-        return {};
+        return 0;
     }
 
     static inline const Pointer<UMockdevTestbed> testbed{umockdev_testbed_new(), g_object_unref};
