@@ -2,25 +2,25 @@
 
 #include <QByteArray>
 
-/// What came of one transfer.
+/// The outcome of a status read.
 struct TransferResult
 {
-    QByteArray bytes; ///< what was read; empty after a write and after a failure
-    int error = 0;    ///< 0, or the errno of the failure
+    QByteArray bytes; ///< empty if the read failed
+    int error = 0;    ///< errno; 0: success
 };
 
-/// The vendor controls of a camera's extension unit.
+/// A tracking camera.
 ///
-/// Each call blocks until its transfer is over, which may take seconds. All calls come from one
-/// thread, which need not be the one that made the object.
+/// Each call blocks until its transfer has ended, which may take seconds. All calls come from one
+/// thread, not necessarily the one that created the object.
 class Camera
 {
 public:
     virtual ~Camera() = default;
 
-    /// GET_CUR of the control `selector`.
-    virtual TransferResult read(int selector) = 0;
+    /// Reads the status block.
+    virtual TransferResult readStatus() = 0;
 
-    /// SET_CUR of the control `selector`. Nothing is written again by itself.
-    virtual TransferResult write(int selector, const QByteArray &bytes) = 0;
+    /// Sends a command, without retries. Returns 0 or an errno.
+    virtual int sendCommand(const QByteArray &command) = 0;
 };

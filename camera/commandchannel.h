@@ -8,8 +8,8 @@
 
 class TransferQueue;
 
-/// The host's end of the command channel: answers for the host's settings, hands transfers to the
-/// queue and reports every exchange.
+/// The host's end of the command channel: answers queries for the host's settings, passes transfers
+/// to the queue and reports every exchange.
 class CommandChannel : public QObject
 {
     Q_OBJECT
@@ -17,22 +17,22 @@ public:
     /// `queue` must outlive the channel.
     explicit CommandChannel(TransferQueue &queue);
 
-    /// The answer to a query for the setting `name`. Other queries get an invalid QVariant.
+    /// Sets the answer to a query for the setting `name`. Queries for other names get an invalid
+    /// QVariant.
     void setSetting(const QString &name, const QVariant &value) { m_settings[name] = value; }
 
-    /// Answers one request: what OrvPluginApi::commandChannel is to call. A request or a record
-    /// that means nothing gets an invalid QVariant.
+    /// Answers one request; OrvPluginApi::commandChannel calls it. Returns an invalid QVariant for
+    /// an unknown request or record.
     QVariant request(int kind, const QVariant &record);
 
 Q_SIGNALS:
-    /// After an exchange: for a transfer when it is over, which may be long after its request, and
-    /// for a read that several requests waited for once; for all others before their answer is
-    /// returned. Also after an event of the camera.
+    /// Emitted once per exchange and per event of the camera. A transfer is reported when it has
+    /// ended, which may be long after its request; a read that answers several requests is reported
+    /// once. Other exchanges are reported before request() returns.
     void transferred(const Transfer &transfer);
 
 private:
     QVariant transferToCamera(const QVariant &record);
-    void relay(Transfer transfer);
 
     TransferQueue &m_queue;
     QHash<QString, QVariant> m_settings;

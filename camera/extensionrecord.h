@@ -7,5 +7,5 @@
 /// The valid bytes of a record: the first `length` bytes of `data`, at most 255.
 QByteArray payloadOf(const ExtensionUnit &record);
 
-/// A record for the control `selector` with `payload`, of which it takes at most 255 bytes.
+/// A record for the control `selector`, with at most the first 255 bytes of `payload`.
 ExtensionUnit extensionRecord(bool write, qint64 selector, const QByteArray &payload);

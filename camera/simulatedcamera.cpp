@@ -8,12 +8,8 @@
 
 using namespace TrackingProtocol;
 
-namespace {
-
-/// A camera that changes by itself does so with every third read.
-constexpr int readsPerChange = 3;
-
-} // namespace
+/// A camera that changes by itself does so at every third read.
+static constexpr int readsPerChange = 3;
 
 SimulatedCamera::Status SimulatedCamera::status() const
 {
@@ -61,7 +57,7 @@ int SimulatedCamera::beginTransfer() const
     if (delay > 0)
         std::this_thread::sleep_for(std::chrono::milliseconds(delay));
 
-    // Asked again: whoever unplugs a camera does so in the middle of a transfer.
+    // The camera may have been unplugged during the transfer.
     const Faults now = faults();
     if (now.at(Fault::Unplugged) != noFault)
         return ENODEV;
@@ -70,13 +66,10 @@ int SimulatedCamera::beginTransfer() const
     return now.at(Fault::NoAnswer) != noFault ? ETIMEDOUT : 0;
 }
 
-TransferResult SimulatedCamera::read(int selector)
+TransferResult SimulatedCamera::readStatus()
 {
     if (const int error = beginTransfer())
         return {{}, error};
-    if (!refusal(false, selector, {}).isEmpty())
-        return {{}, EINVAL};
-
     const Faults faults = this->faults();
     if (faults.at(Fault::ChangesItself) != noFault && ++m_reads % readsPerChange == 0) {
         const Field field = settingFields.at(m_reads / readsPerChange % settingFields.size());
@@ -93,14 +86,14 @@ TransferResult SimulatedCamera::read(int selector)
     return {faults.at(Fault::Short) != noFault ? block.left(faults.at(Fault::Short)) : block, 0};
 }
 
-TransferResult SimulatedCamera::write(int selector, const QByteArray &bytes)
+int SimulatedCamera::sendCommand(const QByteArray &command)
 {
     if (const int error = beginTransfer())
-        return {{}, error};
-    if (!refusal(true, selector, bytes).isEmpty())
-        return {{}, EINVAL};
+        return error;
+    if (!refusal(true, commandSelector, command).isEmpty())
+        return EINVAL;
     if (faults().at(Fault::RefuseWrites) != noFault)
-        return {{}, EPIPE};
-    setValue(fieldOf(bytes), static_cast<quint8>(bytes.at(valueOffset)));
-    return {};
+        return EPIPE;
+    setValue(fieldOf(command), static_cast<quint8>(command.at(valueOffset)));
+    return 0;
 }

@@ -8,8 +8,8 @@
 
 #include <mutex>
 
-/// A camera that answers the transfers of the tracking panel, without hardware, and has the faults
-/// that it is given. It may be changed while another thread transfers.
+/// A tracking camera without hardware, with configurable faults. It can be changed while another
+/// thread transfers.
 class SimulatedCamera : public QObject, public Camera
 {
     Q_OBJECT
@@ -18,29 +18,30 @@ public:
 
     using QObject::QObject;
 
-    /// The factory status at start.
+    /// Initially the factory status.
     Status status() const;
 
-    /// Changes the state from the camera's side. Every byte is taken, a meaningless one too.
+    /// Changes the state from the camera's side. Accepts any value, including unknown ones.
     void setStatus(const Status &status);
     void setValue(TrackingProtocol::Field field, quint8 value);
 
-    /// None at start.
+    /// Initially none.
     Faults faults() const;
     void setFaults(const Faults &faults);
 
-    TransferResult read(int selector) override;
-    TransferResult write(int selector, const QByteArray &bytes) override;
+    TransferResult readStatus() override;
+    /// Returns EINVAL for bytes that are not a command.
+    int sendCommand(const QByteArray &command) override;
 
 Q_SIGNALS:
-    /// Emitted in the thread that changed it, which may be that of the transfers.
+    /// Emitted in the thread that changed the status, possibly that of the transfers.
     void statusChanged();
 
 private:
-    /// Takes the time of a transfer. Returns the errno that it fails with, or 0.
+    /// Waits as long as a transfer takes. Returns 0 or the errno of its failure.
     int beginTransfer() const;
 
-    mutable std::mutex m_mutex; ///< guards what follows; not held while signals are emitted
+    mutable std::mutex m_mutex; ///< guards all below; not held while signals are emitted
     Status m_status = TrackingProtocol::factoryStatus;
     Faults m_faults = noFaults;
     int m_reads = 0;

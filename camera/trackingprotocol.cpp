@@ -7,7 +7,7 @@
 namespace TrackingProtocol {
 namespace {
 
-/// One setting of the camera: its values are consecutive, and each has a name.
+/// One setting of the camera. Its values are consecutive numbers, each with a name.
 struct Setting
 {
     const char *name;
@@ -17,7 +17,7 @@ struct Setting
     std::array<const char *, 4> valueNames;
 };
 
-/// In the order of the status block, from its byte 1 on.
+/// In the order of the status block, starting at its byte 1.
 constexpr Setting settings[] = {
     {"Tracking", 0x04, 0, 2, {"off", "on"}},
     {"Type", 0x10, 0, 3, {"Basic", "Hand", "Board"}},
@@ -50,13 +50,13 @@ Field fieldOf(const QByteArray &command)
 QString framingProblem(bool write, qint64 selector, const QByteArray &bytes)
 {
     if (selector != (write ? commandSelector : statusSelector))
-        return QStringLiteral("control %1 is not for this").arg(selector);
+        return QString("control %1 is not for this").arg(selector);
     if (!write)
         return {};
     if (bytes.size() != blockLength)
-        return QStringLiteral("%1 bytes instead of %2").arg(bytes.size()).arg(blockLength);
+        return QString("%1 bytes instead of %2").arg(bytes.size()).arg(blockLength);
     if (!bytes.startsWith("\xFF\x53\x05"))
-        return QStringLiteral("the header is not FF 53 05");
+        return "the header is not FF 53 05";
     return {};
 }
 
@@ -67,12 +67,12 @@ QString refusal(bool write, qint64 selector, const QByteArray &bytes)
         return problem;
     const Field field = fieldOf(bytes);
     if (field == Reserved) {
-        return QStringLiteral("unknown command 0x%1")
+        return QString("unknown command 0x%1")
             .arg(byteAt(bytes, commandOffset), 2, 16, QLatin1Char('0'));
     }
     const quint8 length = byteAt(bytes, valueOffset - 1);
     if (length != 1)
-        return QStringLiteral("a value of %1 bytes instead of 1").arg(length);
+        return QString("a value of %1 bytes instead of 1").arg(length);
     if (!knownValues(field).contains(byteAt(bytes, valueOffset)))
         return describeCommand(bytes);
     return {};
@@ -81,7 +81,7 @@ QString refusal(bool write, qint64 selector, const QByteArray &bytes)
 QString describeCommand(const QByteArray &command)
 {
     const Field field = fieldOf(command);
-    return fieldName(field) + QStringLiteral(": ") + valueName(field, byteAt(command, valueOffset));
+    return fieldName(field) + ": " + valueName(field, byteAt(command, valueOffset));
 }
 
 QString describeStatus(const QByteArray &block)
@@ -89,18 +89,17 @@ QString describeStatus(const QByteArray &block)
     QStringList parts;
     for (const Field field : settingFields) {
         if (field < block.size()) {
-            parts += fieldName(field).toLower() + QLatin1Char(' ') +
-                     valueName(field, byteAt(block, field));
+            parts += fieldName(field).toLower() + ' ' + valueName(field, byteAt(block, field));
         }
     }
     if (block.size() < blockLength)
-        parts.prepend(QStringLiteral("only %1 bytes").arg(block.size()));
-    return parts.join(QStringLiteral(", "));
+        parts.prepend(QString("only %1 bytes").arg(block.size()));
+    return parts.join(", ");
 }
 
 QString fieldName(Field field)
 {
-    return QString::fromLatin1(settingOf(field).name);
+    return settingOf(field).name;
 }
 
 QVector<quint8> knownValues(Field field)
@@ -114,8 +113,8 @@ QString valueName(Field field, quint8 value)
 {
     const int index = value - settingOf(field).firstValue;
     if (index < 0 || index >= settingOf(field).valueCount)
-        return QStringLiteral("%1 (unknown)").arg(value);
-    return QString::fromLatin1(settingOf(field).valueNames.at(index));
+        return QString("%1 (unknown)").arg(value);
+    return settingOf(field).valueNames.at(index);
 }
 
 } // namespace TrackingProtocol

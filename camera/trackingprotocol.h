@@ -6,10 +6,10 @@
 
 #include <array>
 
-/// What goes over the wire to a tracking camera, in words: commands, and the status block.
+/// The bytes that a tracking camera understands, and their meaning in words.
 namespace TrackingProtocol {
 
-/// The bytes of the status block: one that no panel reads, then the settings.
+/// The bytes of the status block: an unused one, then the settings.
 enum Field { Reserved, Tracking, Type, Mode, Composition, FieldCount };
 using Status = std::array<quint8, FieldCount>;
 constexpr std::array<Field, 4> settingFields = {Tracking, Type, Mode, Composition};
@@ -20,25 +20,27 @@ constexpr Status factoryStatus = {0, 1, 0, 1, 0};
 constexpr int commandSelector = 7; ///< takes commands
 constexpr int statusSelector = 8;  ///< returns the status block
 constexpr int blockLength = 60;    ///< bytes of a command and of a status block
-constexpr int commandOffset = 3;   ///< where a command says which setting it is for
-constexpr int valueOffset = 5;     ///< where it has the value
+constexpr int commandOffset = 3;   ///< of the byte that selects a command's setting
+constexpr int valueOffset = 5;     ///< of a command's value
 
-/// The field that a command sets; Reserved if there is no such command.
+/// The field that a command sets; Reserved if unknown.
 Field fieldOf(const QByteArray &command);
 
-/// Why this is not a transfer of the tracking protocol: control, size or header of a command. Empty
-/// if it is one. `bytes` are those of a write.
+/// Why this is not a transfer of the tracking protocol: wrong control, or wrong size or header of a
+/// command. Empty if it is one. `bytes` is ignored for reads.
 QString framingProblem(bool write, qint64 selector, const QByteArray &bytes);
 
-/// Why no camera takes this transfer; empty if one does. `bytes` are those of a write.
+/// Why a camera would reject this transfer; empty if it would not. `bytes` is ignored for reads.
 QString refusal(bool write, qint64 selector, const QByteArray &bytes);
 
-/// In words: a command that is not refused, and a status block, which may be cut short.
+/// Describes a command that refusal() accepts.
 QString describeCommand(const QByteArray &command);
+
+/// Describes a status block, which may be incomplete.
 QString describeStatus(const QByteArray &block);
 
-/// For every field but Reserved: its name, the values that a command can set, and the name of a
-/// value. A value that means nothing is named by its number: "7 (unknown)".
+/// For every field except Reserved: its name, the values that a command can set, and the name of a
+/// value. An unknown value is named by its number: "7 (unknown)".
 QString fieldName(Field field);
 QVector<quint8> knownValues(Field field);
 QString valueName(Field field, quint8 value);

@@ -5,28 +5,34 @@
 #include <QMetaType>
 #include <QString>
 
-/// One exchange over the command channel, or an event of the camera, in words.
+/// One exchange over the command channel, or an event of the camera.
 struct Transfer
 {
+    enum Direction {
+        Get,   ///< the panel asked for data
+        Set,   ///< data went to the camera or the host
+        Event, ///< the camera was disconnected or came back
+        None,  ///< the channel does not know the request
+    };
+    enum Outcome { Succeeded, Failed, Superseded, NotSent };
+
     QDateTime time;      ///< when it began
-    qint64 duration = 0; ///< ms that it took
-    QString direction;   ///< "set": data went to the camera or the host; "get": it was asked for;
-                         ///< "event": the camera went or came back
-    QString request;     ///< "Setting", "Camera" or "Extension"; the number of an unknown request
+    qint64 duration = 0; ///< ms
+    Direction direction = None;
+    int request = 0;     ///< a ChannelRequest::Kind, or an unknown number; not used by events
     qint64 selector = 0; ///< control of the extension unit; 0 in other requests
-    QByteArray bytes;    ///< sent, or answered
-    QString meaning;
-    QString result; ///< "ok", the name of an errno, "superseded" or "not sent"
+    QByteArray bytes;    ///< sent or answered
+    QString meaning;     ///< the bytes or the event in words
+    Outcome outcome = NotSent;
+    int error = 0; ///< errno if it failed
 
-    bool isStatusRead() const { return selector != 0 && direction == QLatin1String("get"); }
-    bool succeeded() const { return result == QLatin1String("ok"); }
+    /// A record that begins now, not sent yet.
+    static Transfer begin(Direction direction, int request = 0, qint64 selector = 0)
+    {
+        return {QDateTime::currentDateTime(), 0, direction, request, selector, {}, {}, NotSent, 0};
+    }
 
-    /// The first bytes in hexadecimal, as many as tell a command.
-    QString firstBytes() const;
-
-    /// One line of a trace, with its end: a JSON object with the keys time, ms, direction, request,
-    /// selector, bytes, meaning and result.
-    QByteArray toJsonLine() const;
+    bool isStatusRead() const { return selector != 0 && direction == Get; }
 };
 
 Q_DECLARE_METATYPE(Transfer)

@@ -1,32 +1,238 @@
 #include "transferqueue.h"
 
-#include "errornames.h"
+#include "orvpluginapi.h"
 #include "trackingprotocol.h"
+
+#include <QElapsedTimer>
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <vector>
 
 namespace {
 
 using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
 
 constexpr auto answerTime = 20ms;
 constexpr auto firstAnswerTime = 250ms;
 constexpr auto finishTime = 2s;
-/// What a read that is under way gets to end by itself when nothing waits to be sent.
+/// Grace period for a read in flight when no command waits.
 constexpr auto lastReadTime = 100ms;
+constexpr std::chrono::milliseconds shortestPause = 500ms;
+constexpr std::chrono::milliseconds longestPause = 5s;
+
+Transfer commandRecord(const QByteArray &command)
+{
+    Transfer transfer = Transfer::begin(Transfer::Set, ChannelRequest::Extension,
+                                        TrackingProtocol::commandSelector);
+    transfer.bytes = command;
+    transfer.meaning = TrackingProtocol::describeCommand(command);
+    return transfer;
+}
+
+Transfer readRecord()
+{
+    Transfer transfer =
+        Transfer::begin(Transfer::Get, ChannelRequest::Extension, TrackingProtocol::statusSelector);
+    transfer.meaning = "no answer";
+    return transfer;
+}
+
+char settingOf(const QByteArray &command)
+{
+    return command.at(TrackingProtocol::commandOffset);
+}
 
 } // namespace
 
+/// What the queue shares with its thread.
+struct TransferQueue::State
+{
+    const std::shared_ptr<Camera> camera;
+
+    std::mutex mutex; ///< guards all below
+    std::condition_variable changed;
+    TransferQueue *queue; ///< null: the queue has finished
+
+    QByteArray commandInFlight; ///< being sent, or about to be
+    std::deque<QByteArray> waitingCommands;
+    bool readWanted = false;
+    bool readInFlight = false;
+    bool readIsCurrent = false; ///< no command came since the last read began
+    QByteArray block;           ///< the newest block; empty if a command or a failure came later
+    Clock::time_point nextRead;
+    std::chrono::milliseconds pause{0};
+    CameraCondition condition;
+    std::vector<Transfer> records; ///< not yet delivered
+    bool finishing = false;
+    bool ended = false;     ///< the thread does nothing more
+    bool abandoned = false; ///< the result of the transfer in flight does not matter
+
+    State(std::shared_ptr<Camera> itsCamera, TransferQueue *itsQueue)
+        : camera(std::move(itsCamera))
+        , queue(itsQueue)
+    {
+    }
+
+    bool hasCommands() const { return !commandInFlight.isEmpty() || !waitingCommands.empty(); }
+
+    void run();
+    void transferCommand(std::unique_lock<std::mutex> &lock);
+    void transferStatus(std::unique_lock<std::mutex> &lock);
+    void enqueue(const QByteArray &command);
+    void disconnect();
+
+    void add(Transfer transfer, Transfer::Outcome outcome, int error = 0);
+    void addResult(const Transfer &transfer, int error);
+    void addEvent(const char *meaning, int error);
+};
+
+void TransferQueue::State::add(Transfer transfer, Transfer::Outcome outcome, int error)
+{
+    transfer.outcome = outcome;
+    transfer.error = error;
+    records.push_back(transfer);
+    if (records.size() == 1 && queue)
+        QMetaObject::invokeMethod(queue, &TransferQueue::deliver, Qt::QueuedConnection);
+}
+
+void TransferQueue::State::addResult(const Transfer &transfer, int error)
+{
+    add(transfer, error == 0 ? Transfer::Succeeded : Transfer::Failed, error);
+}
+
+void TransferQueue::State::addEvent(const char *meaning, int error)
+{
+    Transfer transfer = Transfer::begin(Transfer::Event);
+    transfer.meaning = meaning;
+    addResult(transfer, error);
+}
+
+/// Thread loop; runs until told to finish.
+void TransferQueue::State::run()
+{
+    std::unique_lock<std::mutex> lock(mutex);
+    while (!ended && !abandoned) {
+        if (hasCommands())
+            transferCommand(lock);
+        else if (finishing)
+            ended = true;
+        else if (readWanted)
+            transferStatus(lock);
+        else
+            changed.wait(lock);
+        changed.notify_all();
+    }
+}
+
+void TransferQueue::State::transferCommand(std::unique_lock<std::mutex> &lock)
+{
+    if (commandInFlight.isEmpty()) {
+        commandInFlight = waitingCommands.front();
+        waitingCommands.pop_front();
+    }
+    Transfer transfer = commandRecord(commandInFlight);
+
+    lock.unlock();
+    QElapsedTimer timer;
+    timer.start();
+    const int error = camera->sendCommand(transfer.bytes);
+    transfer.duration = timer.elapsed();
+    lock.lock();
+
+    commandInFlight.clear();
+    if (abandoned)
+        return;
+    condition.write = error;
+    addResult(transfer, error);
+    if (error == ENODEV)
+        disconnect();
+}
+
+void TransferQueue::State::transferStatus(std::unique_lock<std::mutex> &lock)
+{
+    readWanted = false;
+    readInFlight = true;
+    readIsCurrent = true;
+    Transfer transfer = readRecord();
+
+    lock.unlock();
+    QElapsedTimer timer;
+    timer.start();
+    const TransferResult result = camera->readStatus();
+    transfer.duration = timer.elapsed();
+    lock.lock();
+
+    readInFlight = false;
+    if (abandoned)
+        return;
+    transfer.bytes = result.bytes;
+    if (!result.bytes.isEmpty())
+        transfer.meaning = TrackingProtocol::describeStatus(result.bytes);
+    addResult(transfer, result.error);
+    if (result.error == 0) {
+        if (readIsCurrent)
+            block = result.bytes;
+        pause = 0ms;
+        nextRead = {};
+        if (condition.read == ENODEV) {
+            addEvent("back", 0);
+            condition.write = 0;
+        }
+        condition.read = 0;
+        return;
+    }
+    block.clear();
+    readWanted = false;
+    pause = std::clamp(2 * pause, shortestPause, longestPause);
+    nextRead = Clock::now() + pause;
+    if (result.error == ENODEV)
+        disconnect();
+    else if (condition.read != ENODEV) // A disconnected camera stays so until a read succeeds.
+        condition.read = result.error;
+}
+
+void TransferQueue::State::disconnect()
+{
+    if (condition.read != ENODEV)
+        addEvent("disconnected", ENODEV);
+    condition.read = ENODEV;
+    block.clear();
+    for (const QByteArray &command : waitingCommands)
+        add(commandRecord(command), Transfer::Failed, ENODEV);
+    waitingCommands.clear();
+}
+
+void TransferQueue::State::enqueue(const QByteArray &command)
+{
+    // Blocks that were read before a command may no longer be true.
+    block.clear();
+    readIsCurrent = false;
+    if (!hasCommands() && !readInFlight) {
+        commandInFlight = command;
+    } else {
+        const auto old = std::find_if(
+            waitingCommands.begin(), waitingCommands.end(),
+            [&](const QByteArray &other) { return settingOf(other) == settingOf(command); });
+        if (old != waitingCommands.end()) {
+            add(commandRecord(*old), Transfer::Superseded);
+            waitingCommands.erase(old);
+        }
+        waitingCommands.push_back(command);
+    }
+    changed.notify_all();
+}
+
 TransferQueue::TransferQueue(std::shared_ptr<Camera> camera, Access access)
-    : m_worker(std::make_shared<TransferWorker>())
+    : m_state(std::make_shared<State>(std::move(camera), this))
+    , m_thread([state = m_state] { state->run(); })
     , m_access(access)
 {
-    m_worker->camera = std::move(camera);
-    m_worker->announce = [this] {
-        QMetaObject::invokeMethod(this, &TransferQueue::deliver, Qt::QueuedConnection);
-    };
-    m_thread = std::thread([worker = m_worker] { worker->run(); });
 }
 
 TransferQueue::~TransferQueue()
@@ -37,27 +243,13 @@ TransferQueue::~TransferQueue()
 void TransferQueue::sendCommand(const QByteArray &command)
 {
     {
-        const std::lock_guard<std::mutex> lock(m_worker->mutex);
-        TransferWorker &worker = *m_worker;
-        if (m_access == ReadOnly || worker.finishing) {
-            worker.addCommand(command, QStringLiteral("not sent"));
-        } else if (worker.condition.read == ENODEV) {
-            worker.addCommand(command, errorName(ENODEV));
-        } else {
-            const auto sameSetting = [&](const TransferWorker::Command &waiting) {
-                return !waiting.next && waiting.bytes.mid(TrackingProtocol::commandOffset, 1) ==
-                                            command.mid(TrackingProtocol::commandOffset, 1);
-            };
-            auto &commands = worker.commands;
-            const auto old = std::find_if(commands.begin(), commands.end(), sameSetting);
-            if (old != commands.end()) {
-                worker.addCommand(old->bytes, QStringLiteral("superseded"));
-                commands.erase(old);
-            }
-            commands.push_back({command, worker.idle()});
-            ++worker.commandCount;
-            worker.work.notify_one();
-        }
+        const std::lock_guard<std::mutex> lock(m_state->mutex);
+        if (m_access == ReadOnly || m_state->finishing)
+            m_state->add(commandRecord(command), Transfer::NotSent);
+        else if (m_state->condition.read == ENODEV)
+            m_state->add(commandRecord(command), Transfer::Failed, ENODEV);
+        else
+            m_state->enqueue(command);
     }
     deliver();
 }
@@ -66,21 +258,20 @@ QByteArray TransferQueue::readStatus()
 {
     QByteArray answer;
     {
-        std::unique_lock<std::mutex> lock(m_worker->mutex);
-        TransferWorker &worker = *m_worker;
-        // One that began before a command came would tell of the camera as it was.
-        const bool join = worker.readUnderWay && worker.readAfter == worker.commandCount;
-        if (worker.finishing || (!join && TransferWorker::Clock::now() < worker.nextRead)) {
-            worker.add(TransferWorker::readRecord(QStringLiteral("not sent")));
+        std::unique_lock<std::mutex> lock(m_state->mutex);
+        State &state = *m_state;
+        // A read that began before the last command would show the camera as it was.
+        const bool join = state.readInFlight && state.readIsCurrent;
+        if (state.finishing || (!join && Clock::now() < state.nextRead)) {
+            state.add(readRecord(), Transfer::NotSent);
         } else {
-            worker.readWanted |= !join;
-            worker.work.notify_one();
-            const quint64 wanted = worker.readsBegun + (join ? 0 : 1);
-            worker.progress.wait_for(lock, m_asked ? answerTime : firstAnswerTime,
-                                     [&] { return worker.readsEnded >= wanted; });
-            answer = worker.currentBlock();
+            state.readWanted = !join;
+            state.changed.notify_all();
+            state.changed.wait_for(lock, m_firstRead ? firstAnswerTime : answerTime,
+                                   [&] { return !state.readWanted && !state.readInFlight; });
+            answer = state.block;
         }
-        m_asked = true;
+        m_firstRead = false;
     }
     deliver();
     return answer;
@@ -91,23 +282,20 @@ void TransferQueue::finish()
     if (!m_thread.joinable())
         return;
     {
-        std::unique_lock<std::mutex> lock(m_worker->mutex);
-        TransferWorker &worker = *m_worker;
-        worker.finishing = true;
-        worker.work.notify_one();
-        const bool sent = worker.progress.wait_for(lock, finishTime, [&] {
-            return worker.commands.empty() && worker.commandUnderWay.isEmpty();
-        });
-        if (sent)
-            worker.progress.wait_for(lock, lastReadTime, [&] { return worker.ended; });
-        worker.abandoned = !worker.ended;
-        worker.announce = nullptr;
-        if (!worker.commandUnderWay.isEmpty())
-            worker.addCommand(worker.commandUnderWay, errorName(ETIMEDOUT));
-        for (const TransferWorker::Command &command : worker.commands)
-            worker.addCommand(command.bytes, QStringLiteral("not sent"));
-        worker.commands.clear();
-        if (worker.abandoned)
+        std::unique_lock<std::mutex> lock(m_state->mutex);
+        State &state = *m_state;
+        state.finishing = true;
+        state.changed.notify_all();
+        if (state.changed.wait_for(lock, finishTime, [&] { return !state.hasCommands(); }))
+            state.changed.wait_for(lock, lastReadTime, [&] { return state.ended; });
+        state.abandoned = !state.ended;
+        state.queue = nullptr;
+        if (!state.commandInFlight.isEmpty())
+            state.add(commandRecord(state.commandInFlight), Transfer::Failed, ETIMEDOUT);
+        for (const QByteArray &command : state.waitingCommands)
+            state.add(commandRecord(command), Transfer::NotSent);
+        state.waitingCommands.clear();
+        if (state.abandoned)
             m_thread.detach();
     }
     if (m_thread.joinable())
@@ -120,9 +308,9 @@ void TransferQueue::deliver()
     std::vector<Transfer> records;
     CameraCondition condition;
     {
-        const std::lock_guard<std::mutex> lock(m_worker->mutex);
-        records.swap(m_worker->records);
-        condition = m_worker->condition;
+        const std::lock_guard<std::mutex> lock(m_state->mutex);
+        records.swap(m_state->records);
+        condition = m_state->condition;
     }
     for (const Transfer &transfer : records)
         Q_EMIT transferred(transfer);

@@ -12,10 +12,10 @@ bool UnitDescriptor::has(int selector) const
     return bit >= 0 && bit < 8 * controls.size() && (controls[bit / 8] >> (bit % 8) & 1);
 }
 
-/// Fills in what an extension unit's descriptor says; false if it contradicts itself.
+/// Reads an extension unit's descriptor. Returns false if its lengths are inconsistent.
 static bool readUnit(const uchar *bytes, int length, UnitDescriptor *unit)
 {
-    constexpr int inputs = 21; // bNrInPins, before as many bytes
+    constexpr int inputs = 21; // offset of bNrInPins, which is followed by as many bytes
     const int controlSize = inputs + 1 + (length > inputs ? bytes[inputs] : 0);
     if (length <= controlSize || length - controlSize <= bytes[controlSize] || bytes[3] == 0)
         return false;
@@ -37,7 +37,7 @@ QVector<UnitDescriptor> extensionUnits(const QByteArray &descriptors)
     bool inVideoControl = false;
     const auto *bytes = reinterpret_cast<const uchar *>(descriptors.constData());
     const uchar *const end = bytes + descriptors.size();
-    // Behind a length that cannot be, nothing tells where the next descriptor begins.
+    // After an impossible length, the start of the next descriptor is unknown.
     while (end - bytes >= 2 && bytes[0] >= 2 && bytes[0] <= end - bytes) {
         const int length = bytes[0];
         const int type = bytes[1];

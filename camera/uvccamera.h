@@ -3,54 +3,68 @@
 #include "camera.h"
 #include "v4l2nodes.h"
 
-#include <QHash>
-
 #include <memory>
 
-/// A UVC camera behind a node of V4L2.
+/// Why a camera cannot be used.
+struct CameraRefusal
+{
+    enum Reason {
+        NoRefusal,
+        CannotOpen,
+        ReplacedCamera, ///< another camera took the node's name while it was being opened
+        NoCaptureNode,
+        NoUnit,       ///< `units` has all units, none with both controls
+        SeveralUnits, ///< `units` has those with both controls
+        NoLength,     ///< the length of `control` of `unit` cannot be read
+        WrongLength,  ///< `length` bytes
+        NoInfo,       ///< the capabilities of `control` of `unit` cannot be read
+        NotOffered,   ///< `control` of `unit` cannot be set, or cannot be read
+    };
+
+    Reason reason = NoRefusal;
+    int error = 0; ///< errno; never 0 in a refusal
+    QVector<int> units = {};
+    int unit = 0;
+    int control = 0;
+    int length = 0;
+};
+
+/// A UVC camera behind a V4L2 node.
 ///
-/// A transfer that finds the camera unplugged returns ENODEV. From then on each read() looks
-/// whether the same camera is there again, under any node, and if so puts to it the questions of
-/// open() and reads. Until one succeeds, read() returns ENODEV or what keeps the camera that came
-/// back from being used, and write() returns ENODEV at once.
+/// A transfer that finds the camera unplugged returns ENODEV. After that, each readStatus() looks
+/// for the same camera under any node and, if it is back, checks it like open() before it reads.
+/// Until such a read succeeds, readStatus() returns ENODEV, or the errno that keeps the returned
+/// camera from being used, and sendCommand() returns ENODEV at once.
 class UvcCamera final : public Camera
 {
 public:
     enum class Use { ReadOnly, ReadAndWrite };
 
-    /// Opens the camera at `node`, without writing anything to it. `unit` is the number of its
-    /// extension unit; 0: the only one that has both controls. A camera that is only read from may
-    /// have a command control that cannot be used; write() returns EPERM. If the camera cannot be
-    /// used, null is returned and `refusal` says why. May block for some seconds.
+    /// Opens the camera at `node` without changing anything in it. `unit` is the number of its
+    /// extension unit; 0 stands for the only unit that has both controls. With ReadOnly the command
+    /// control is not checked, and sendCommand() returns EPERM. Returns null and sets `refusal` if
+    /// the camera cannot be used. Can block for several seconds.
     static std::unique_ptr<UvcCamera> open(const QString &node, int unit, Use use,
-                                           QString *refusal);
+                                           CameraRefusal *refusal);
     ~UvcCamera() override;
     Q_DISABLE_COPY(UvcCamera)
 
-    /// No more than fit into a record: at most 255 bytes. An answer that is too short is EIO.
-    TransferResult read(int selector) override;
-    TransferResult write(int selector, const QByteArray &bytes) override;
-
-    int unit() const { return m_unit; }
+    /// Returns at most 255 bytes, which is what a record can hold. A short transfer returns EIO.
+    TransferResult readStatus() override;
+    int sendCommand(const QByteArray &command) override;
 
 private:
-    struct Refusal
-    {
-        int error = 0;
-        QString text;
-    };
-
     UvcCamera(int unit, Use use);
-    Refusal attach(const QString &path);
-    Refusal chooseUnit(const VideoNode &node);
-    Refusal ask(int selector, const QString &purpose, int capability);
+    CameraRefusal attach(const QString &path);
+    CameraRefusal chooseUnit(const VideoNode &node);
+    CameraRefusal checkControl(int control, int capability);
     int attachAgain();
-    TransferResult query(quint8 request, int selector, QByteArray bytes);
+    TransferResult query(quint8 request, int control, QByteArray bytes);
     void close();
 
     int m_unit;
     const Use m_use;
     UsbIdentity m_usb;
     int m_descriptor = -1;
-    QHash<int, int> m_lengths; ///< by selector; of this connection
+    int m_statusLength = 0; ///< bytes; of the current connection
 };

@@ -6,34 +6,31 @@
 
 struct v4l2_capability;
 
-/// What tells one USB camera from another, however often it is plugged in.
+/// Identifies a USB camera, also after it was plugged in again.
 struct UsbIdentity
 {
-    QString interface; ///< sysfs's name with the port, the configuration and the number: 1-2.3:1.0
+    QString interface; ///< name in sysfs, with port, configuration and number: 1-2.3:1.0
     QString vendor;    ///< four hexadecimal digits
     QString product;   ///< four hexadecimal digits
-    QString serial;    ///< empty: the camera has none
+    QString serial;    ///< empty if the camera has none
 
     bool operator==(const UsbIdentity &other) const;
 };
 
-/// A video node and what sysfs tells of the camera behind it, without opening anything.
+/// A video node and what sysfs knows about its camera.
 struct VideoNode
 {
     QString path;                  ///< /dev/video0
-    UsbIdentity usb;               ///< empty if it is not a USB camera or has gone
-    QVector<UnitDescriptor> units; ///< those that the node's own interface has
+    UsbIdentity usb;               ///< empty unless it is a USB camera that is plugged in
+    QVector<UnitDescriptor> units; ///< those of the node's own interface
 };
 
-/// Of `path`, or of the node that the link `path` leads to.
+/// Looks up `path`, which may be a link to a node. Opens nothing.
 VideoNode videoNode(const QString &path);
 
-/// All nodes in the order of their numbers, those that deliver no pictures too.
+/// All nodes in the order of their numbers, including nodes that do not capture.
 QVector<VideoNode> videoNodes();
 
-/// Opens a node and asks what it is. The caller owns the descriptor; -1: see errno.
+/// Opens a node and queries its capabilities. The caller owns the descriptor; -1: see errno.
 int openVideoNode(const QString &path, v4l2_capability *capability);
 bool isCaptureNode(const v4l2_capability &capability);
-
-/// In words: each capture node, and the extension units of its camera; or that there is no camera.
-QString listCameras();

@@ -217,12 +217,14 @@ QVariant Host::request(int kind, const QVariant &record, int life)
         return {};
     ExtensionUnit unit = request.unit();
     if (unit.write) {
-        camera.write(static_cast<int>(unit.selector), request.bytes());
+        if (unit.selector == commandSelector)
+            camera.sendCommand(request.bytes());
         return record;
     }
     if (answer && request.onGuiThread)
         return answer(unit);
-    const QByteArray block = camera.read(static_cast<int>(unit.selector)).bytes;
+    const QByteArray block =
+        unit.selector == statusSelector ? camera.readStatus().bytes : QByteArray();
     std::copy(block.cbegin(), block.cend(), unit.data);
     unit.length = static_cast<quint64>(block.size());
     return QVariant::fromValue(unit);

@@ -1,6 +1,7 @@
 #include "camerapanel.h"
 
-#include "errornames.h"
+#include "errortexts.h"
+#include "faultkinds.h"
 #include "simulatedcamera.h"
 
 #include <QCheckBox>
@@ -12,7 +13,7 @@
 using namespace TrackingProtocol;
 
 CameraPanel::CameraPanel(SimulatedCamera &camera)
-    : QGroupBox(QStringLiteral("Simulated camera"))
+    : QGroupBox("Simulated camera")
     , m_camera(camera)
 {
     auto *settings = new QGridLayout;
@@ -33,7 +34,7 @@ CameraPanel::CameraPanel(SimulatedCamera &camera)
     layout->addLayout(settings);
     layout->addLayout(faults);
 
-    // Also emitted in the thread of the transfers, and then delivered in this one.
+    // Also emitted in the thread of the transfers; the slot runs in this one.
     connect(&camera, &SimulatedCamera::statusChanged, this, &CameraPanel::showStatus);
     showStatus();
 }
@@ -43,8 +44,8 @@ void CameraPanel::addFaults(QGridLayout &grid)
     const Faults present = m_camera.faults();
     for (int fault = 0; fault < Fault::Count; ++fault) {
         const FaultKind &kind = faultKinds.at(fault);
-        const QString title = QString::fromLatin1(kind.title);
-        const QString explanation = QString::fromLatin1(kind.explanation);
+        const QString title(kind.title);
+        const QString explanation(kind.explanation);
         const int column = grid.columnCount();
         QWidget *control = nullptr;
         if (kind.takes == FaultKind::Nothing) {
@@ -56,8 +57,8 @@ void CameraPanel::addFaults(QGridLayout &grid)
         } else if (kind.takes == FaultKind::Number) {
             auto *box = new QSpinBox;
             box->setRange(noFault, kind.maximum);
-            box->setSpecialValueText(QStringLiteral("off"));
-            box->setSuffix(QString::fromLatin1(kind.unit));
+            box->setSpecialValueText("off");
+            box->setSuffix(kind.unit);
             box->setSingleStep(kind.maximum > 1000 ? 50 : 1);
             box->setValue(present.at(fault));
             connect(box, QOverload<int>::of(&QSpinBox::valueChanged), this,
@@ -65,7 +66,7 @@ void CameraPanel::addFaults(QGridLayout &grid)
             control = box;
         } else {
             auto *box = new QComboBox;
-            box->addItem(QStringLiteral("off"), noFault);
+            box->addItem("off", noFault);
             for (const int error : faultErrors)
                 box->addItem(errorName(error), error);
             box->setCurrentIndex(box->findData(present.at(fault)));
@@ -78,7 +79,7 @@ void CameraPanel::addFaults(QGridLayout &grid)
             label->setToolTip(explanation);
             grid.addWidget(label, 0, column);
         }
-        control->setObjectName(QStringLiteral("fault_") + QString::fromLatin1(kind.name));
+        control->setObjectName(QString("fault_") + kind.name);
         control->setToolTip(explanation);
         grid.addWidget(control, 1, column);
         grid.setColumnStretch(column, 1);
@@ -98,7 +99,7 @@ void CameraPanel::showStatus()
     for (const Field field : settingFields) {
         const quint8 current = status.at(field);
         QVector<quint8> offered = knownValues(field);
-        // A value without a meaning is on offer only while the camera has it.
+        // Offer an unknown value only while the camera has it.
         if (!offered.contains(current))
             offered += current;
         QComboBox *const box = m_values.at(field);

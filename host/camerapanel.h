@@ -10,7 +10,7 @@ class QComboBox;
 class QGridLayout;
 class SimulatedCamera;
 
-/// The simulated camera as it is, each of its settings and faults changeable.
+/// Shows the simulated camera's settings and faults and lets the user change them.
 class CameraPanel : public QGroupBox
 {
     Q_OBJECT

@@ -2,7 +2,7 @@
 
 #include "camerapanel.h"
 #include "commandchannel.h"
-#include "errornames.h"
+#include "errortexts.h"
 #include "look.h"
 #include "tracepanel.h"
 #include "transferqueue.h"
@@ -18,27 +18,25 @@
 
 namespace {
 
-/// The panel's width at 96 dots per inch, where the other sizes are given too.
+/// Sizes in pixels at 96 dots per inch.
 constexpr int panelWidth = 374;
 constexpr int windowHeight = 640;
-/// How long a sentence stands in for the camera's condition.
+/// How long a notice replaces the camera's condition.
 constexpr std::chrono::seconds noticeTime(5);
 
 QString describe(const CameraCondition &condition)
 {
     if (condition.read == CameraCondition::unknown)
-        return QStringLiteral("The camera has not answered yet.");
+        return "The camera has not answered yet.";
     if (condition.read == ENODEV)
-        return QStringLiteral("The camera is disconnected. What you choose now is not sent later.");
+        return "The camera is disconnected. What you choose now is not sent later.";
     if (condition.read != 0) {
-        return QStringLiteral("The camera is failing. ") +
-               transferError(QStringLiteral("Reading control 8"), condition.read);
+        return "The camera is failing. " + transferError("Reading control 8", condition.read);
     }
-    const QString connected = QStringLiteral("The camera is connected.");
+    const QString connected("The camera is connected.");
     return condition.write == 0
                ? connected
-               : connected + QLatin1Char(' ') +
-                     transferError(QStringLiteral("Setting control 7"), condition.write);
+               : connected + ' ' + transferError("Setting control 7", condition.write);
 }
 
 } // namespace
@@ -48,7 +46,7 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
     , m_panelContainer(new QWidget)
     , m_condition(new QLabel)
 {
-    setWindowTitle(QStringLiteral("Camera control"));
+    setWindowTitle("Camera control");
     const double scale = std::max(1.0, logicalDpiX() / 96.0);
     const int margin = qRound(12 * scale);
 
@@ -56,8 +54,8 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
     panelLayout->setContentsMargins(0, 0, 0, 0);
     panelLayout->addStretch();
     m_panelContainer->setFixedWidth(qRound(panelWidth * scale));
-    auto *reset = new QPushButton(QStringLiteral("Reset to defaults"));
-    reset->setObjectName(QStringLiteral("pb_reset"));
+    auto *reset = new QPushButton("Reset to defaults");
+    reset->setObjectName("pb_reset");
     connect(reset, &QPushButton::clicked, this, &HostWindow::resetRequested);
     auto *left = new QVBoxLayout;
     left->addWidget(m_panelContainer, 1);
@@ -81,9 +79,9 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(margin, margin, margin, margin);
     layout->addLayout(columns, 1);
-    m_condition->setObjectName(QStringLiteral("lb_condition"));
+    m_condition->setObjectName("lb_condition");
     m_condition->setFont(Look::font());
-    // A long sentence does not widen the window.
+    // Do not let a long sentence widen the window.
     m_condition->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     layout->addWidget(m_condition);
     resize(sizeHint().width(), qRound(windowHeight * scale));

@@ -7,21 +7,20 @@ class QLabel;
 class SimulatedCamera;
 class TransferQueue;
 
-/// The host's window: the plug-in's panel on the left, what passes over the channel on the right,
-/// how the camera does below.
+/// The host's window: the plug-in's panel on the left, the trace of the channel on the right, the
+/// camera's condition at the bottom.
 class HostWindow : public QWidget
 {
     Q_OBJECT
 public:
-    /// With a simulated camera the window has controls for it. All three must outlive the window;
-    /// `simulated` may be null.
+    /// All arguments must outlive the window. Shows controls for `simulated` unless it is null.
     HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedCamera *simulated);
 
-    /// What the panel is to be inserted into. The window owns it.
+    /// Insert the panel here. The window owns it.
     QWidget *panelContainer() const { return m_panelContainer; }
 
 Q_SIGNALS:
-    /// The user asks for the factory defaults.
+    /// The user pressed "Reset to defaults".
     void resetRequested();
 
 private:

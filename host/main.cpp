@@ -1,4 +1,6 @@
+#include "cameralist.h"
 #include "commandchannel.h"
+#include "errortexts.h"
 #include "hostwindow.h"
 #include "look.h"
 #include "options.h"
@@ -7,8 +9,8 @@
 #include "simulatedcamera.h"
 #include "tour.h"
 #include "transferqueue.h"
+#include "transfertext.h"
 #include "uvccamera.h"
-#include "v4l2nodes.h"
 
 #include <QApplication>
 #include <QFile>
@@ -43,7 +45,10 @@ std::shared_ptr<Camera> openCamera(const Options &options, QString *error)
 {
     if (!options.camera.isEmpty()) {
         const auto use = options.readOnly ? UvcCamera::Use::ReadOnly : UvcCamera::Use::ReadAndWrite;
-        return UvcCamera::open(options.camera, options.unit, use, error);
+        CameraRefusal refusal;
+        auto camera = UvcCamera::open(options.camera, options.unit, use, &refusal);
+        *error = refusalText(options.camera, refusal);
+        return camera;
     }
     auto camera = std::make_shared<SimulatedCamera>();
     camera->setStatus(options.status);
@@ -68,9 +73,8 @@ int showPanel(const Options &options, const PluginFile &plugin,
     CommandChannel channel(queue);
     channel.setSetting("language", options.language);
     if (trace.isOpen()) {
-        QObject::connect(
-            &channel, &CommandChannel::transferred, &channel,
-            [&trace](const Transfer &transfer) { trace.write(transfer.toJsonLine()); });
+        QObject::connect(&channel, &CommandChannel::transferred, &channel,
+                         [&trace](const Transfer &transfer) { trace.write(toJsonLine(transfer)); });
     }
     auto *const simulated = dynamic_cast<SimulatedCamera *>(camera.get());
     HostWindow window(queue, channel, simulated);

@@ -1,5 +1,7 @@
 #include "options.h"
 
+#include "faultkinds.h"
+
 #include <QCommandLineParser>
 
 namespace {

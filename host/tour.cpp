@@ -2,6 +2,7 @@
 
 #include "commandchannel.h"
 #include "simulatedcamera.h"
+#include "transfertext.h"
 
 #include <QAbstractButton>
 #include <QCoreApplication>
@@ -89,7 +90,7 @@ Tour::Tour(SimulatedCamera *simulated, CommandChannel &channel, QWidget &window)
 
 void Tour::takeTransfer(const Transfer &transfer)
 {
-    if (transfer.selector != 0 && transfer.result != "superseded")
+    if (transfer.selector != 0 && transfer.outcome != Transfer::Superseded)
         m_slowest = std::max(m_slowest, transfer.duration);
     if (transfer.isStatusRead() && transfer.bytes.size() >= FieldCount) {
         m_camera.emplace();
@@ -102,13 +103,13 @@ void Tour::takeTransfer(const Transfer &transfer)
 
 void Tour::printTransfer(const Transfer &transfer)
 {
-    QString address = transfer.request;
+    QString address = requestText(transfer);
     if (transfer.selector != 0)
         address += ' ' + QString::number(transfer.selector);
-    QString line = transfer.direction + ' ' + address.leftJustified(12) +
-                   transfer.firstBytes().leftJustified(19) + transfer.meaning;
-    if (!transfer.succeeded())
-        line += ": " + transfer.result;
+    QString line = directionText(transfer) + ' ' + address.leftJustified(12) +
+                   firstBytes(transfer).leftJustified(19) + transfer.meaning;
+    if (transfer.outcome != Transfer::Succeeded)
+        line += ": " + resultText(transfer);
     if (transfer.isStatusRead()) {
         if (line == m_lastRead)
             return;

@@ -1,6 +1,7 @@
 #include "tracepanel.h"
 
 #include "look.h"
+#include "transfertext.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -22,7 +23,7 @@ namespace {
 
 constexpr QRgb changedColor = 0xFFFF7A94;
 
-/// What each column must have room for.
+/// The widest usual text of each column.
 constexpr const char *widest[TraceModel::Count] = {
     "00:00:00.000",
     "5000 ms",
@@ -35,12 +36,12 @@ constexpr const char *widest[TraceModel::Count] = {
 
 QFont byteFont()
 {
-    QFont font(QStringLiteral("monospace"), Look::textPoints);
+    QFont font("monospace", Look::textPoints);
     font.setStyleHint(QFont::Monospace);
     return font;
 }
 
-/// Shows bytes, those in another colour that changed.
+/// Paints bytes and highlights those that changed.
 class ByteDelegate : public QStyledItemDelegate
 {
 public:
@@ -62,12 +63,12 @@ public:
         painter->save();
         painter->setFont(byteFont());
         int byte = 0;
-        const QStringList words = text.split(QLatin1Char(' '));
+        const QStringList words = text.split(' ');
         for (const QString &word : words) {
             const bool mark = byte < changed.size() && changed.at(byte) != 0;
             painter->setPen(mark ? QColor(changedColor) : option.palette.color(QPalette::Text));
             painter->drawText(rest, Qt::AlignVCenter, word);
-            rest.translate(painter->fontMetrics().horizontalAdvance(word + QLatin1Char(' ')), 0);
+            rest.translate(painter->fontMetrics().horizontalAdvance(word + ' '), 0);
             ++byte;
         }
         painter->restore();
@@ -77,7 +78,7 @@ public:
 } // namespace
 
 TracePanel::TracePanel()
-    : QGroupBox(QStringLiteral("Transfers"))
+    : QGroupBox("Transfers")
     , m_rows(m_trace)
     , m_table(new QTableView)
 {
@@ -97,7 +98,7 @@ TracePanel::TracePanel()
     layout->addLayout(tools);
     layout->addWidget(m_table);
 
-    // Whoever looks at earlier rows is not taken away from them.
+    // Follow new rows only if the last one is visible.
     connect(&m_rows, &QAbstractItemModel::rowsAboutToBeInserted, this, [this] {
         const QScrollBar *const bar = m_table->verticalScrollBar();
         m_atBottom = bar->value() == bar->maximum();
@@ -116,7 +117,7 @@ QSize TracePanel::sizeHint() const
 void TracePanel::addTools(QHBoxLayout &tools)
 {
     auto *filter = new QLineEdit;
-    filter->setPlaceholderText(QStringLiteral("Filter"));
+    filter->setPlaceholderText("Filter");
     filter->setClearButtonEnabled(true);
     connect(filter, &QLineEdit::textChanged, this,
             [this](const QString &text) { m_rows.setFilterFixedString(text); });
@@ -129,12 +130,11 @@ void TracePanel::addTools(QHBoxLayout &tools)
         tools.addWidget(box);
         return box;
     };
-    connect(addBox(QStringLiteral("Fold repeated reads"), true,
-                   QStringLiteral("One row for status reads that bring nothing new")),
-            &QCheckBox::toggled, this, [this](bool on) { m_rows.setFolded(on); });
-    connect(addBox(QStringLiteral("Pause"), false,
-                   QStringLiteral("New rows are kept back until the pause ends")),
-            &QCheckBox::toggled, this, [this](bool on) { m_trace.setPaused(on); });
+    connect(
+        addBox("Fold repeated reads", true, "Show status reads that bring nothing new as one row"),
+        &QCheckBox::toggled, this, [this](bool on) { m_rows.setFolded(on); });
+    connect(addBox("Pause", false, "Keep new rows back until the pause ends"), &QCheckBox::toggled,
+            this, [this](bool on) { m_trace.setPaused(on); });
 
     const auto addButton = [&](const QString &title, const QString &tip) {
         auto *button = new QPushButton(title);
@@ -142,11 +142,9 @@ void TracePanel::addTools(QHBoxLayout &tools)
         tools.addWidget(button);
         return button;
     };
-    connect(addButton(QStringLiteral("Copy"),
-                      QStringLiteral("The selected rows, or else all that are shown")),
+    connect(addButton("Copy", "Copy the selected rows, or all rows that are shown"),
             &QPushButton::clicked, this, &TracePanel::copy);
-    connect(addButton(QStringLiteral("Save..."),
-                      QStringLiteral("The rows that are shown, a JSON object a line")),
+    connect(addButton("Save...", "Save the rows that are shown, one JSON object per line"),
             &QPushButton::clicked, this, &TracePanel::save);
 }
 
@@ -159,14 +157,13 @@ void TracePanel::layOutColumns()
     const QFontMetrics proportional(Look::font());
     const QFontMetrics fixed(byteFont());
     const int padding = proportional.averageCharWidth() * 2;
-    // The scroll bar, and what stands around a table in a group.
+    // The scroll bar, and the margins and frames around the table.
     m_wantedWidth = m_table->verticalScrollBar()->sizeHint().width() + 5 * padding;
     for (int column = 0; column < TraceModel::Count; ++column) {
         const QString title = m_trace.headerData(column, Qt::Horizontal).toString();
         const QFontMetrics &metrics = column == TraceModel::Bytes ? fixed : proportional;
-        const int width =
-            padding + std::max(proportional.horizontalAdvance(title),
-                               metrics.horizontalAdvance(QString::fromLatin1(widest[column])));
+        const int width = padding + std::max(proportional.horizontalAdvance(title),
+                                             metrics.horizontalAdvance(widest[column]));
         m_table->setColumnWidth(column, width);
         m_wantedWidth += width;
     }
@@ -185,27 +182,26 @@ void TracePanel::copy() const
         QStringList cells;
         for (int column = 0; column < TraceModel::Count; ++column)
             cells += m_rows.index(row, column).data().toString();
-        lines += cells.join(QLatin1Char('\t'));
+        lines += cells.join('\t');
     }
-    QApplication::clipboard()->setText(lines.join(QLatin1Char('\n')));
+    QApplication::clipboard()->setText(lines.join('\n'));
 }
 
 void TracePanel::save()
 {
-    auto *dialog = new QFileDialog(this, QStringLiteral("Save the rows that are shown"));
+    auto *dialog = new QFileDialog(this, "Save the rows that are shown");
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setDefaultSuffix(QStringLiteral("jsonl"));
+    dialog->setDefaultSuffix("jsonl");
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &path) {
         QSaveFile file(path);
         bool written = file.open(QIODevice::WriteOnly);
         for (int row = 0; written && row < m_rows.rowCount(); ++row) {
             const int source = m_rows.mapToSource(m_rows.index(row, 0)).row();
-            written = file.write(m_trace.transfer(source).toJsonLine()) > 0;
+            written = file.write(toJsonLine(m_trace.transfer(source))) > 0;
         }
-        Q_EMIT noticed((written && file.commit() ? QStringLiteral("Saved \"%1\".")
-                                                 : QStringLiteral("Cannot write the file \"%1\"."))
-                           .arg(path));
+        written = written && file.commit();
+        Q_EMIT noticed((written ? "Saved \"" : "Cannot write the file \"") + path + "\".");
     });
     dialog->open();
 }

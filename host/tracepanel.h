@@ -7,7 +7,7 @@
 class QHBoxLayout;
 class QTableView;
 
-/// What passes over the channel, as a table that can be filtered, folded, paused, copied and saved.
+/// The trace of the channel: a table that the user can filter, fold, pause, copy and save.
 class TracePanel : public QGroupBox
 {
     Q_OBJECT
@@ -16,11 +16,11 @@ public:
 
     TraceModel &trace() { return m_trace; }
 
-    /// As wide as every text wants it; the user may have it narrower.
+    /// Wide enough for the longest texts.
     QSize sizeHint() const override;
 
 Q_SIGNALS:
-    /// A sentence for the user: what became of a request to save.
+    /// A sentence for the user: whether the rows were saved.
     void noticed(const QString &sentence);
 
 private:
@@ -33,5 +33,5 @@ private:
     TraceFilter m_rows;
     QTableView *m_table;
     int m_wantedWidth = 0;
-    bool m_atBottom = true; ///< before rows came
+    bool m_atBottom = true; ///< before the last rows came
 };

@@ -2,9 +2,11 @@
 
 #include <QByteArray>
 #include <QVector>
+#include <linux/usb/video.h>
 #include <linux/uvcvideo.h>
 #include <linux/videodev2.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <map>
@@ -12,38 +14,31 @@
 #include <umockdev.h>
 #include <utility>
 
-/// A camera of umockdev's: a capture node, a metadata node, and the controls of unit 4. Requests
-/// come in a thread of umockdev's, while whoever made them waits.
+/// A camera made by umockdev: a capture node, a metadata node, and the controls of unit 4. Requests
+/// are answered in a thread of umockdev while the caller waits.
 struct MockCamera
 {
-    enum Query { SetCur = 0x01, GetCur = 0x81, GetLen = 0x85, GetInfo = 0x86 };
     struct Control
     {
         int length = 60;
         int info = 3;
-        QByteArray value = {};
-    };
-    struct Reply ///< result 0: as a driver would
-    {
-        int result = 0;
-        int error = 0;
     };
 
-    /// To be plugged in.
     MockCamera(QByteArray itsSerial, QByteArray itsDescriptors)
         : serial(std::move(itsSerial))
         , descriptors(std::move(itsDescriptors))
     {
-        g_signal_connect(handler, "handle-ioctl", G_CALLBACK(handle), this);
+        const auto handle =
+            +[](UMockdevIoctlBase *, UMockdevIoctlClient *client, MockCamera *self) {
+                const int reply = self->answer(client);
+                umockdev_ioctl_client_complete(client, std::max(reply, -1), -reply);
+                return TRUE;
+            };
+        g_signal_connect(handler.get(), "handle-ioctl", G_CALLBACK(handle), this);
     }
-    ~MockCamera()
-    {
-        unplug();
-        g_object_unref(handler);
-    }
-    Q_DISABLE_COPY(MockCamera)
+    ~MockCamera() { unplug(); }
 
-    /// Its nodes are /dev/video<number> and the next one, its port is always the same.
+    /// Adds the nodes /dev/video<number> and the next one, always at the same port.
     void plugIn(int number)
     {
         captureNode = "/dev/video" + QByteArray::number(number);
@@ -58,7 +53,7 @@ struct MockCamera
                                                         "\nE: SUBSYSTEM=video4linux\n"
                                                         "L: device=../../../1-2.3:1.0");
             umockdev_testbed_detach_ioctl(testbed.get(), "/dev/" + name, nullptr);
-            umockdev_testbed_attach_ioctl(testbed.get(), "/dev/" + name, handler, nullptr);
+            umockdev_testbed_attach_ioctl(testbed.get(), "/dev/" + name, handler.get(), nullptr);
         }
     }
 
@@ -70,10 +65,14 @@ struct MockCamera
     }
 
     std::map<int, Control> controls = {{7, {}}, {8, {60, 1}}};
-    std::map<std::pair<int, int>, Reply> replies; ///< by query and selector
-    int writes = 0;                               ///< how often it was tried to set a control
+    std::map<int, int> replies; ///< to UVC_SET_CUR and so on; negative: errno; 0: as a driver
+    int writes = 0;             ///< number of commands, including failed ones
+    QByteArray written;         ///< the last command that succeeded
 
 private:
+    template <typename Object>
+    using Pointer = std::unique_ptr<Object, decltype(&g_object_unref)>;
+
     void add(const QByteArray &device, const QByteArray &properties)
     {
         const QByteArray text = "P: " + device + '\n' + properties + '\n';
@@ -82,67 +81,61 @@ private:
         devices << device;
     }
 
-    static gboolean handle(UMockdevIoctlBase * /*handler*/, UMockdevIoctlClient *client, void *self)
-    {
-        const Reply reply = static_cast<MockCamera *>(self)->answer(client);
-        umockdev_ioctl_client_complete(client, reply.result, reply.error);
-        return TRUE;
-    }
-
-    /// What `data`, which owns it, points to at `offset`.
+    /// The memory that `data` points to at `offset`.
     static UMockdevIoctlData *resolve(UMockdevIoctlData *data, size_t offset, size_t size)
     {
         UMockdevIoctlData *const part = umockdev_ioctl_data_resolve(data, offset, size, nullptr);
-        g_object_unref(part);
+        g_object_unref(part); // `data` owns it
         return part;
     }
 
-    Reply answer(UMockdevIoctlClient *client)
+    /// Returns 0, a length or a negative errno.
+    int answer(UMockdevIoctlClient *client)
     {
         UMockdevIoctlData *const argument = umockdev_ioctl_client_get_arg(client);
         const auto request = umockdev_ioctl_client_get_request(client);
         const bool isCapture = captureNode == umockdev_ioctl_client_get_devnode(client);
         if (captureNode.isEmpty())
-            return {-1, ENODEV};
+            return -ENODEV;
         if (request == VIDIOC_QUERYCAP) {
             const __u32 kind = isCapture ? V4L2_CAP_VIDEO_CAPTURE : V4L2_CAP_META_CAPTURE;
             const v4l2_capability capability = {
                 "uvcvideo", "A\033camera", "usb-0000:00:14.0-2.3", 0, 0, kind, {}};
             std::memcpy(resolve(argument, 0, sizeof capability)->data, &capability,
                         sizeof capability);
-            return {};
+            return 0;
         }
         if (request != UVCIOC_CTRL_QUERY || !isCapture)
-            return {-1, ENOTTY};
+            return -ENOTTY;
         UMockdevIoctlData *const data = resolve(argument, 0, sizeof(uvc_xu_control_query));
         const auto query = *reinterpret_cast<const uvc_xu_control_query *>(data->data);
         const size_t offset = offsetof(uvc_xu_control_query, data);
-        writes += query.query == SetCur;
-        const Reply reply = replies[{query.query, query.selector}];
-        return reply.result == 0 ? transfer(query, resolve(data, offset, query.size)->data) : reply;
+        writes += query.query == UVC_SET_CUR;
+        const int reply = replies[query.query];
+        return reply ? reply : transfer(query, resolve(data, offset, query.size)->data);
     }
 
-    Reply transfer(const uvc_xu_control_query &query, guint8 *bytes)
+    int transfer(const uvc_xu_control_query &query, guint8 *bytes)
     {
         const auto found = controls.find(query.selector);
         if (query.unit != 4 || found == controls.end())
-            return {-1, ENOENT};
-        auto &[length, info, value] = found->second;
-        if (query.size != (query.query == GetLen ? 2 : query.query == GetInfo ? 1 : length))
-            return {-1, ENOBUFS};
-        if (query.query == SetCur)
-            value = QByteArray(reinterpret_cast<char *>(bytes), query.size);
-        const QByteArray answer = query.query == GetLen
-                                      ? QByteArray(1, char(length & 0xff)) + char(length >> 8)
-                                  : query.query == GetInfo ? QByteArray(1, char(info))
-                                                           : value.leftJustified(length, 's', true);
-        std::copy(answer.cbegin(), answer.cend(), bytes);
-        return {};
+            return -ENOENT;
+        const auto [length, info] = found->second;
+        const QByteArray number(reinterpret_cast<const char *>(&length), 2);
+        const QByteArray answer = query.query == UVC_GET_LEN    ? number
+                                  : query.query == UVC_GET_INFO ? QByteArray(1, char(info))
+                                                                : QByteArray(length, 's');
+        if (query.size != answer.size())
+            return -ENOBUFS;
+        if (query.query == UVC_SET_CUR)
+            written = QByteArray(reinterpret_cast<char *>(bytes), query.size);
+        else
+            std::copy(answer.cbegin(), answer.cend(), bytes);
+        return 0;
     }
 
-    static inline const std::unique_ptr<UMockdevTestbed, decltype(&g_object_unref)> testbed{
-        umockdev_testbed_new(), g_object_unref};
-    UMockdevIoctlBase *const handler = umockdev_ioctl_base_new();
+    static inline const Pointer<UMockdevTestbed> testbed{umockdev_testbed_new(), g_object_unref};
+    const Pointer<UMockdevIoctlBase> handler{umockdev_ioctl_base_new(), g_object_unref};
     const QByteArray serial;
     const QByteArray descriptors;
     QVector<QByteArray> devices; ///< in sysfs, parents first

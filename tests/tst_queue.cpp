@@ -1,5 +1,7 @@
 #include "testmain.h"
+#include "trackingprotocol.h"
 #include "transferqueue.h"
+#include "transfertext.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -9,29 +11,33 @@
 #include <limits>
 #include <thread>
 
-constexpr int always = std::numeric_limits<int>::max();
+constexpr int unlimited = std::numeric_limits<int>::max();
 
-/// A camera whose transfers take as long as the test says. A status block is the number of its
-/// transfer.
+/// A camera whose transfers end when the test allows it.
 struct HeldCamera : Camera
 {
-    TransferResult read(int /*selector*/) override
+    TransferResult readStatus() override
     {
-        const QByteArray block(60, char(++begun));
-        QElapsedTimer timer;
-        timer.start();
-        while (timer.elapsed() < held)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        return {block, error};
+        const QByteArray block(TrackingProtocol::blockLength, char(state));
+        const int failure = sendCommand({});
+        return {failure ? QByteArray() : block, failure};
     }
-    TransferResult write(int selector, const QByteArray &bytes) override
+    int sendCommand(const QByteArray & /*command*/) override
     {
-        written += bytes.mid(3, 3).toHex() + ' ';
-        return read(selector);
+        pause = sinceLast.isValid() ? int(sinceLast.elapsed()) : 0;
+        const int number = ++begun;
+        while (number > allowed)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        sinceLast.start();
+        return error;
     }
 
-    std::atomic<int> held{0}, error{0}, begun{0}; ///< held: ms, at least
-    QByteArray written;                           ///< complete when the queue has said so
+    std::atomic<int> state{1}; ///< each byte of the blocks
+    std::atomic<int> error{0};
+    std::atomic<int> begun{0};           ///< number of transfers
+    std::atomic<int> allowed{unlimited}; ///< number of transfers that may end
+    std::atomic<int> pause{0};           ///< ms between the last two transfers
+    QElapsedTimer sinceLast;
 };
 
 /// A queue with such a camera, and what it reported.
@@ -41,38 +47,37 @@ struct HeldQueue
         : queue(camera, access)
     {
         QObject::connect(&queue, &TransferQueue::transferred, &queue, [this](const Transfer &did) {
-            const QString what = did.meaning + did.firstBytes().mid(9);
-            said << QStringList({did.direction, what, did.result}).join(' ');
+            const QString content = did.isStatusRead() ? did.bytes.left(1).toHex() : did.meaning;
+            said << QStringList({directionText(did), content, resultText(did)}).join(' ');
         });
-        timer.start();
     }
-    ~HeldQueue() { release(); }
+    ~HeldQueue() { camera->allowed = unlimited; }
 
     void send(int setting, int value)
     {
-        queue.sendCommand(QByteArray(3, 0) + char(setting) + '\1' + QByteArray(55, char(value)));
+        queue.sendCommand(QByteArray("\xFF\x53\x05") + char(setting) + '\1' +
+                          QByteArray(55, char(value)));
     }
-    /// Sends a command that the camera keeps until it is released.
-    void sendHeld(int setting, int value)
+    /// The bytes of the block; 0: no answer.
+    int read() { return queue.readStatus().leftJustified(1, '\0').at(0); }
+
+    void hold() { camera->allowed = camera->begun.load(); }
+    /// Lets one transfer end and waits for the next to begin.
+    bool step()
     {
         const int before = camera->begun;
-        camera->held = always;
-        send(setting, value);
-        if (!QTest::qWaitFor([&] { return camera->begun > before; }))
-            qFatal("The camera was not asked.");
+        ++camera->allowed;
+        return QTest::qWaitFor([&] { return camera->begun > before; });
     }
     void release(int error = 0)
     {
         camera->error = error;
-        camera->held = 0;
+        camera->allowed = unlimited;
     }
-    /// The number of the block; 0: no answer.
-    int read() { return queue.readStatus().leftJustified(1, '\0').at(0); }
 
     std::shared_ptr<HeldCamera> camera = std::make_shared<HeldCamera>();
-    QStringList said; // before the queue, which reports to its very end
+    QStringList said; // outlives the queue, which reports until its end
     TransferQueue queue;
-    QElapsedTimer timer;
 };
 
 class TestQueue : public Test
@@ -83,58 +88,78 @@ private Q_SLOTS:
     void newestOfEachSetting()
     {
         HeldQueue held;
-        held.camera->held = always; // the first goes out in any case
+        held.hold(); // The first command is not replaced, because the queue is idle.
         for (const auto &[setting, value] :
              {std::pair(0x10, 0), {0x10, 1}, {0x07, 1}, {0x10, 2}, {0x04, 0}, {0x07, 2}})
             held.send(setting, value);
-        QCOMPARE(held.said.join(", "), "set 10 01 01 superseded, set 07 01 01 superseded");
+        QCOMPARE(held.said.join(", "), "set Type: Hand superseded, set Mode: Standard superseded");
         held.release();
-        QTRY_COMPARE(held.said.mid(2).join(", "),
-                     "set 10 01 00 ok, set 10 01 02 ok, set 04 01 00 ok, set 07 01 02 ok");
-        QCOMPARE(held.camera->written, QByteArray("100100 100102 040100 070102 "));
+        QTRY_COMPARE(held.said.mid(2).join(", "), "set Type: Basic ok, set Type: Board ok, "
+                                                  "set Tracking: off ok, set Mode: Sport ok");
+        held.hold();
+        held.read();
+        held.send(0x10, 0); // waits for the read
+        held.send(0x10, 1);
+        held.release();
+        QTRY_COMPARE(held.said.mid(6).join(", "),
+                     "set Type: Basic superseded, get 01 ok, set Type: Hand ok");
     }
 
     void answers()
     {
         HeldQueue held;
-        QCOMPARE(held.read(), 1);
-        held.camera->held = always;
-        held.timer.start();
-        QCOMPARE(held.read(), 1); // the newest, while the next is under way
-        QVERIFY(held.timer.elapsed() < 200);
-        QCOMPARE(held.read(), 1);
-        QCOMPARE(held.camera->begun, 2); // both waited for the same
+        held.hold();
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(held.read(), 0);
+        QVERIFY(timer.restart() >= 249); // the first read waits longer
+        QCOMPARE(held.read(), 0);
+        QVERIFY(timer.elapsed() >= 19 && timer.elapsed() < 200);
+        ++held.camera->allowed;
+        QTRY_COMPARE(held.said.size(), 1);
+        held.camera->state = 2;
+        QCOMPARE(held.read(), 1); // the newest block while the next read is in flight
+        QCOMPARE(held.read(), 1); // joins that read
+        ++held.camera->allowed;
+        QTRY_COMPARE(held.said.size(), 2);
         held.send(0x10, 1);
-        QCOMPARE(held.read(), 0); // all that was read is older than the command
-        held.release();
-        // Then the command, and the read that was wanted.
-        QTRY_COMPARE(held.said.join(", "),
-                     "get 01 01 01 ok, get 02 02 02 ok, set 10 01 01 ok, get 04 04 04 ok");
-        held.camera->held = always;
+        QTRY_COMPARE(held.camera->begun, 3);
+        QCOMPARE(held.read(), 0); // every block is older than the command
+        held.camera->state = 3;
+        QVERIFY(held.step());
+        held.send(0x10, 2);
+        QCOMPARE(held.read(), 0); // does not join the read that began before this command
+        QVERIFY(held.step());
+        QCOMPARE(held.read(), 0); // does not return its block either
+        held.camera->state = 4;
+        QVERIFY(held.step());
+        ++held.camera->allowed;
+        QTRY_COMPARE(held.said.join(", "), "get 01 ok, get 02 ok, set Type: Hand ok, get 03 ok, "
+                                           "set Type: Board ok, get 04 ok");
         QCOMPARE(held.read(), 4);
-        held.release();
-        QTRY_COMPARE(held.said.size(), 5);
-        held.sendHeld(0x10, 2);
-        QCOMPARE(held.read(), 0); // the command is not through
     }
 
-    void failingIsAskedLess()
+    void failingIsReadLessOften()
     {
         HeldQueue held;
         QCOMPARE(held.read(), 1);
-        held.release(EIO);
-        // Half a second, then a second.
-        for (held.timer.start(); held.timer.elapsed() < 1300; QTest::qWait(20))
-            QCOMPARE(held.read(), 0);
-        QCOMPARE(held.camera->begun, 3);
-        QCOMPARE(held.queue.condition().read, EIO);
+        held.camera->error = EIO;
+        held.camera->allowed = 3;
+        while (held.camera->begun < 4) {
+            QCOMPARE(held.read(), 0); // also while the fourth read is in flight
+            QTest::qWait(5);
+        }
+        const int pause = held.camera->pause; // after half a second, a second
+        QVERIFY2(pause >= 999 && pause < 3000, qPrintable(QString::number(pause)));
         QVERIFY(held.said.contains("get  not sent"));
+        QCOMPARE(held.queue.condition().read, EIO);
+        held.release(EIO);
+        QTRY_COMPARE(held.said.count("get  EIO"), 3);
         held.release();
-        QTRY_VERIFY(held.read() != 0);
-        const int before = held.camera->begun;
-        held.read();
-        held.read();
-        QCOMPARE(held.camera->begun, before + 2);
+        held.send(0x10, 1); // does not wait for the next read
+        QTRY_COMPARE(held.said.last(), "set Type: Hand ok");
+        QTRY_COMPARE(held.read(), 1);
+        QTRY_VERIFY(held.read() && held.camera->pause < 400);
         QCOMPARE(held.queue.condition().read, 0);
     }
 
@@ -142,22 +167,26 @@ private Q_SLOTS:
     {
         HeldQueue held;
         QSignalSpy conditions(&held.queue, &TransferQueue::conditionChanged);
-        held.sendHeld(0x10, 1);
-        held.send(0x07, 2); // waits, and goes with the camera
+        held.hold();
+        held.send(0x10, 1);
+        held.send(0x07, 2); // is dropped
         held.release(ENODEV);
-        QTRY_COMPARE(held.said.join(", "),
-                     "set 10 01 01 ENODEV, event disconnected ENODEV, set 07 01 02 ENODEV");
+        QTRY_COMPARE(held.said.join(", "), "set Type: Hand ENODEV, event disconnected ENODEV, "
+                                           "set Mode: Sport ENODEV");
         held.send(0x04, 1);
-        QCOMPARE(held.said.last(), "set 04 01 01 ENODEV");
+        QCOMPARE(held.said.last(), "set Tracking: on ENODEV");
+        QCOMPARE(held.camera->begun, 1);
+        held.camera->error = EIO; // is back, but cannot be used yet
         QCOMPARE(held.read(), 0);
+        QTRY_COMPARE(held.said.last(), "get  EIO");
+        QCOMPARE(held.queue.condition().read, ENODEV);
         QCOMPARE(conditions.size(), 1);
         held.release();
         QTRY_VERIFY(held.read() != 0);
-        QCOMPARE(held.said.count("event back ok"), 1);
-        QCOMPARE(conditions.size(), 2);
-        QCOMPARE(held.queue.condition().write, 0); // whatever failed before
+        QCOMPARE(held.said.filter("event").join(", "), "event disconnected ENODEV, event back ok");
+        QCOMPARE(held.queue.condition().write, 0); // forgets the failed command
         held.send(0x04, 0);
-        QTRY_COMPARE(held.said.count("set 04 01 00 ok"), 1);
+        QTRY_COMPARE(held.said.last(), "set Tracking: off ok");
     }
 
     void readOnly()
@@ -165,52 +194,57 @@ private Q_SLOTS:
         HeldQueue held(TransferQueue::ReadOnly);
         held.send(0x10, 1);
         QCOMPARE(held.read(), 1);
-        QCOMPARE(held.said.join(", "), "set 10 01 01 not sent, get 01 01 01 ok");
-    }
-
-    void finish_data()
-    {
-        QTest::addColumn<int>("held");
-        QTest::addColumn<QString>("said");
-        QTest::addColumn<int>("longest"); // ms
-        QTest::newRow("nothing") << 0 << "set 07 01 01 ok, set 04 01 01 ok" << 1000;
-        QTest::newRow("a command that hangs")
-            << always << "set 10 01 01 ETIMEDOUT, set 07 01 01 not sent, set 04 01 01 not sent"
-            << 2500;
-        QTest::newRow("a read that hangs") << always << "" << 1000;
-        QTest::newRow("a read that ends") << 30 << "get 02 02 02 ok" << 1000;
+        QCOMPARE(held.said.join(", "), "set Type: Hand not sent, get 01 ok");
     }
 
     void finish()
     {
-        const QString underWay(QTest::currentDataTag());
-        QFETCH(int, held);
-        HeldQueue queue;
-        queue.read(); // the first, which may take longer
-        queue.said.clear();
-        if (underWay.contains("command"))
-            queue.sendHeld(0x10, 1);
-        queue.camera->held = held;
-        if (underWay.contains("read")) {
-            queue.read();
-        } else {
-            queue.send(0x07, 1);
-            queue.send(0x04, 1);
+        const struct
+        {
+            const char *inFlight, *said;
+            int shortest; // ms
+        } rows[] = {
+            {"nothing", "set Mode: Standard ok, set Tracking: on ok", 0},
+            {"held command",
+             "set Type: Hand ETIMEDOUT, set Mode: Standard not sent, set Tracking: on not sent",
+             1999},
+            {"held read", "", 99},
+            {"read that ends", "get 01 ok", 0},
+        };
+        for (const auto &row : rows) {
+            const QString inFlight(row.inFlight);
+            HeldQueue held;
+            held.read(); // the first read, which waits longer
+            held.said.clear();
+            if (inFlight != "nothing")
+                held.hold();
+            if (inFlight.contains("read")) {
+                held.read();
+            } else {
+                if (inFlight.contains("command"))
+                    held.send(0x10, 1);
+                held.send(0x07, 1);
+                held.send(0x04, 1);
+            }
+            if (inFlight.contains("ends"))
+                held.release();
+            QElapsedTimer timer;
+            timer.start();
+            held.queue.finish();
+            const qint64 took = timer.elapsed();
+            QCOMPARE(held.said.join(", "), QString(row.said));
+            QVERIFY2(took >= row.shortest && took < row.shortest + 1800, row.inFlight);
+
+            // An abandoned transfer reports nothing, and nothing follows it.
+            const int begun = held.camera->begun;
+            held.said.clear();
+            held.release();
+            QTest::qWait(50);
+            held.send(0x10, 2);
+            QCOMPARE(held.read(), 0);
+            QCOMPARE(held.said.join(", "), "set Type: Board not sent, get  not sent");
+            QCOMPARE(held.camera->begun, begun);
         }
-        queue.timer.start();
-        queue.queue.finish();
-        const qint64 took = queue.timer.elapsed();
-        QTEST(queue.said.join(", "), "said");
-        QFETCH(int, longest);
-        QVERIFY2(took < longest, qPrintable(QString::number(took)));
-        // What hangs goes on for nobody, and sends nothing any more.
-        const int begun = queue.camera->begun;
-        queue.release();
-        QTest::qWait(50);
-        queue.said.clear();
-        queue.send(0x10, 2);
-        QCOMPARE(queue.said.join(", "), "set 10 01 02 not sent");
-        QCOMPARE(queue.camera->begun, begun);
     }
 };
 

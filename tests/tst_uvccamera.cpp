@@ -1,4 +1,5 @@
-#include "errornames.h"
+#include "cameralist.h"
+#include "errortexts.h"
 #include "mockcamera.h"
 #include "testmain.h"
 #include "uvccamera.h"
@@ -25,148 +26,105 @@ static const QByteArray head = bytes("0902000001010080fa") + interface(0, 0x0e, 
 static const QByteArray oneUnit = head + unit(3, "0100") + unit(4, "c000");
 static const QByteArray command = bytes("63").repeated(60);
 
-static std::unique_ptr<UvcCamera> open()
-{
-    QString refusal;
-    return UvcCamera::open("/dev/video0", 0, UvcCamera::Use::ReadAndWrite, &refusal);
-}
-
-static int write(UvcCamera &camera, const QByteArray &bytes = command)
-{
-    return camera.write(7, bytes).error;
-}
-
-struct Opening
-{
-    const char *refusal; ///< a part of it
-    QByteArray descriptors = oneUnit;
-    int unit = 0;
-    const char *node = "/dev/video0";
-    MockCamera::Control command = {};
-    MockCamera::Control status = {};
-    UvcCamera::Use use = UvcCamera::Use::ReadAndWrite;
-};
-Q_DECLARE_METATYPE(Opening)
-
 class TestUvcCamera : public Test
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void opening_data()
-    {
-        QTest::addColumn<Opening>("opening");
-        const auto row = [](const char *name, const Opening &opening) {
-            QTest::newRow(name) << opening;
-        };
-        const QByteArray more = unit(6, "c000");
-        const QByteArray two = head + unit(4, "c000") + unit(5, "c000");
-        // And a unit of another subclass, of another class, and of another interface.
-        const QByteArray foreign = oneUnit + interface(0, 0x0e, 2) + more + interface(0, 0xff, 1) +
-                                   more + interface(1, 0x0e, 1) + more;
-        // And one with more inputs than bytes, and one that is cut off.
-        const QByteArray parts = head + unit(4, "4000") + unit(5, "8000") +
-                                 unit(6, "c000").replace(21, 1, "\x9") + more.chopped(1);
-        const char *const node = "/dev/video0";
-        row("the only unit", {"", foreign});
-        row("the unit that is named", {"", two, 4});
-        row("several units", {"controls 7 and 8: 4, 5. Choose one with --unit.", two});
-        row("no unit", {"its units: none. Choose one with --unit.", head});
-        row("units without the controls", {"its units: 4, 5. Choose one with --unit.", parts});
-        row("a unit that is missing", {"ENOENT", oneUnit, 9});
-        row("the metadata node", {"/dev/video1 is no capture node", oneUnit, 0, "/dev/video1"});
-        row("a missing node", {"Opening /dev/video9 failed: ENOENT", oneUnit, 0, "/dev/video9"});
-        row("no video node", {"Opening /dev/null failed: ENOTTY", oneUnit, 0, "/dev/null"});
-        row("short commands", {"7 of unit 4 cannot be set: it has 32", oneUnit, 0, node, {32}});
-        row("no setting", {"7 of unit 4 cannot be set: the camera", oneUnit, 0, node, {60, 1}});
-        row("no status", {"8 of unit 4 cannot be read: it has 0", oneUnit, 0, node, {}, {0}});
-        row("no reading", {"8 of unit 4 cannot be read: the", oneUnit, 0, node, {}, {60, 2}});
-        row("only read", {"", oneUnit, 0, node, {32, 1}, {}, UvcCamera::Use::ReadOnly});
-    }
-
     void opening()
     {
-        QFETCH(Opening, opening);
-        MockCamera mock("A1", opening.descriptors);
-        mock.controls[7] = opening.command;
-        mock.controls[8] = opening.status;
-        mock.plugIn(0);
-        QString refusal;
-        const auto camera = UvcCamera::open(opening.node, opening.unit, opening.use, &refusal);
-        QVERIFY2(refusal.contains(opening.refusal), qPrintable(refusal));
-        QCOMPARE(refusal.isEmpty(), *opening.refusal == '\0');
-        QCOMPARE(camera != nullptr, refusal.isEmpty());
-        if (opening.use == UvcCamera::Use::ReadOnly)
-            QCOMPARE(write(*camera, QByteArray(32, 'c')), EPERM);
-        QCOMPARE(mock.writes, 0);
+        const QByteArray more = unit(6, "c000");
+        const QByteArray two = head + unit(4, "c000") + unit(5, "c000");
+        // Units of another subclass, class and interface do not count.
+        const QByteArray foreign = oneUnit + interface(0, 0x0e, 2) + more + interface(0, 0xff, 1) +
+                                   more + interface(1, 0x0e, 1) + more;
+        // The last two are malformed: more inputs than bytes, and cut off.
+        const QByteArray parts = head + unit(4, "4000") + unit(5, "8000") +
+                                 unit(6, "c000").replace(21, 1, "\x9") + more.chopped(1);
+        const struct
+        {
+            const char *refusal; // a part of it
+            QByteArray descriptors = oneUnit;
+            int node = 0;
+            int unit = 0;
+            MockCamera::Control command = {};
+            MockCamera::Control status = {};
+            UvcCamera::Use use = UvcCamera::Use::ReadAndWrite;
+        } rows[] = {
+            {"", foreign},
+            {"", two, 0, 4},
+            {"controls 7 and 8: 4, 5. Choose one with --unit.", two},
+            {"its units: none. Choose one with --unit.", head},
+            {"its units: 4, 5. Choose one with --unit.", parts},
+            {"7 of unit 9 cannot be set: GET_LEN failed: ENOENT", oneUnit, 0, 9},
+            {"/dev/video1 is not a capture node", oneUnit, 1},
+            {"Opening /dev/video9 failed: ENOENT", oneUnit, 9},
+            {"set: it has 32 bytes, not 60.", oneUnit, 0, 0, {32}},
+            {"7 of unit 4 cannot be set: the camera", oneUnit, 0, 0, {60, 1}},
+            {"read: it has 0 bytes.", oneUnit, 0, 0, {}, {0}},
+            {"8 of unit 4 cannot be read: the", oneUnit, 0, 0, {}, {60, 2}},
+            {"", oneUnit, 0, 0, {32, 1}, {}, UvcCamera::Use::ReadOnly},
+        };
+        for (const auto &row : rows) {
+            MockCamera mock("A1", row.descriptors);
+            mock.controls = {{7, row.command}, {8, row.status}};
+            mock.plugIn(0);
+            const QString node = "/dev/video" + QString::number(row.node);
+            CameraRefusal refusal;
+            const auto camera = UvcCamera::open(node, row.unit, row.use, &refusal);
+            const QString text = refusalText(node, refusal);
+            QVERIFY2(text.contains(row.refusal), qPrintable(text));
+            QCOMPARE(text.isEmpty(), *row.refusal == '\0');
+            QCOMPARE(camera != nullptr, text.isEmpty());
+            if (row.use == UvcCamera::Use::ReadOnly)
+                QCOMPARE(camera->sendCommand(QByteArray(32, 'c')), EPERM);
+            QCOMPARE(mock.writes, 0);
+        }
     }
 
     void transfers()
     {
         MockCamera mock("A1", oneUnit);
-        mock.controls[9] = {5, 1, "status"};
-        mock.controls[10] = {300, 1, "status"};
         mock.plugIn(0);
-        const auto camera = open();
+        CameraRefusal refusal;
+        const auto use = UvcCamera::Use::ReadAndWrite;
+        const auto camera = UvcCamera::open("/dev/video0", 0, use, &refusal);
         QVERIFY(camera);
-        QCOMPARE(write(*camera), 0);
-        QCOMPARE(write(*camera, QByteArray(59, 'd')), ENOBUFS);
-        QCOMPARE(camera->read(256 + 8).error, ENOENT);
-        QCOMPARE(camera->read(7).bytes, command);
-        QCOMPARE(camera->read(9).bytes, QByteArray("statu"));
-        // No more than fits into a record.
-        QCOMPARE(camera->read(10).bytes, QByteArray("status").leftJustified(255, 's'));
-
-        mock.writes = 0;
-        for (const auto &[result, error] : {std::pair(-1, EPIPE), {-1, ENODEV}, {12, EIO}}) {
-            const MockCamera::Reply reply = {result, result < 0 ? error : 0};
-            mock.replies[{MockCamera::SetCur, 7}] = reply;
-            QCOMPARE(write(*camera), error);
-            QCOMPARE(camera->read(8).error, 0);
-            mock.replies[{MockCamera::GetCur, 8}] = reply;
-            const TransferResult failed = camera->read(8);
-            QCOMPARE(failed.error, error);
-            QCOMPARE(failed.bytes, QByteArray());
-            mock.replies[{MockCamera::GetCur, 8}] = {};
-            QCOMPARE(camera->read(8).bytes, QByteArray(60, 's'));
+        for (const auto &[reply, error] :
+             {std::pair(-EPIPE, EPIPE), {-ENODEV, ENODEV}, {12, EIO}}) {
+            mock.replies[UVC_SET_CUR] = reply;
+            QCOMPARE(camera->sendCommand(command), error);
+            QCOMPARE(camera->readStatus().error, 0);
+            mock.replies[UVC_GET_CUR] = reply;
+            QCOMPARE(camera->readStatus().error, error);
+            mock.replies.clear();
+            QCOMPARE(camera->readStatus().bytes, QByteArray(60, 's'));
         }
-        QCOMPARE(mock.writes, 3); // none of them again
-        QVERIFY(transferError("X", EACCES).contains("group \"video\""));
-        for (const int error : {EBUSY, EINVAL, EBADRQC, EPROTO, ETIMEDOUT})
-            QVERIFY(transferError("X", error).startsWith("X failed: E"));
-    }
-
-    void unplugging()
-    {
-        MockCamera mock("A1", oneUnit);
-        MockCamera other("A2", oneUnit);
-        mock.controls[9] = {60};
-        mock.plugIn(0);
-        const auto camera = open();
-        QVERIFY(camera);
-        QCOMPARE(camera->read(9).bytes.size(), 60);
-
+        QCOMPARE(mock.writes, 3); // no retries
+        QCOMPARE(camera->sendCommand(command), 0);
+        QCOMPARE(mock.written, command);
         mock.unplug();
-        QCOMPARE(write(*camera), ENODEV);
-        QCOMPARE(camera->read(8).error, ENODEV);
+        QCOMPARE(camera->sendCommand(command), ENODEV);
+        QCOMPARE(camera->readStatus().error, ENODEV);
 
+        MockCamera other("A2", oneUnit);
         other.plugIn(0);
-        QCOMPARE(camera->read(8).error, ENODEV);
-        QCOMPARE(write(*camera), ENODEV);
+        QCOMPARE(camera->readStatus().error, ENODEV);
+        QCOMPARE(camera->sendCommand(command), ENODEV);
+        QCOMPARE(other.writes, 0);
         other.unplug();
 
-        // Back, but not yet of use.
-        mock.replies[{MockCamera::GetInfo, 7}] = {-1, EPIPE};
-        mock.controls[9] = {5};
+        // The camera is back but cannot be used yet.
+        mock.writes = 0;
+        mock.replies[UVC_GET_INFO] = -EPIPE;
         mock.plugIn(4);
-        QCOMPARE(camera->read(8).error, EPIPE);
-        QCOMPARE(write(*camera), ENODEV);
-        mock.replies[{MockCamera::GetInfo, 7}] = {};
-        QCOMPARE(camera->read(8).bytes, QByteArray(60, 's'));
-        QCOMPARE(camera->read(9).bytes.size(), 5);
+        QCOMPARE(camera->readStatus().error, EPIPE);
+        QCOMPARE(camera->sendCommand(command), ENODEV);
+        mock.replies.clear();
+        mock.controls[8].length = 300; // more than a record holds
+        QCOMPARE(camera->readStatus().bytes, QByteArray(255, 's'));
         QCOMPARE(mock.writes, 0);
-        QCOMPARE(write(*camera), 0);
-        QCOMPARE(other.writes, 0);
+        QCOMPARE(camera->sendCommand(command), 0);
     }
 
     void listing()

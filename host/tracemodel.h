@@ -9,16 +9,17 @@
 #include <deque>
 #include <vector>
 
-/// The transfers of a session, a row each, the latest last. The oldest go when there are very many.
+/// The transfers of a session, one per row, the newest last. Keeps the newest 10,000.
 class TraceModel : public QAbstractTableModel
 {
     Q_OBJECT
 public:
     enum Column { Time, Duration, Direction, Request, Selector, Meaning, Result, Bytes, Count };
     enum Role {
-        ChangedBytes = Qt::UserRole, ///< Bytes: a QByteArray, 1 where the last of its kind differs
-        Repeats,                     ///< how many status reads after this one brought nothing new
-        IsRepeat                     ///< whether this one brought nothing new
+        ChangedBytes =
+            Qt::UserRole, ///< a QByteArray: 1 for each byte that changed since the last of its kind
+        Repeats,          ///< number of status reads after this one that brought nothing new
+        IsRepeat          ///< whether this status read brought nothing new
     };
 
     using QAbstractTableModel::QAbstractTableModel;
@@ -31,7 +32,7 @@ public:
 
     void add(const Transfer &transfer);
 
-    /// While paused, what is added is kept back. It comes with the end of the pause.
+    /// While paused, new transfers are kept back. They are added when the pause ends.
     void setPaused(bool paused);
 
     const Transfer &transfer(int row) const { return m_rows.at(row).transfer; }
@@ -50,18 +51,18 @@ private:
 
     std::deque<Row> m_rows;
     std::vector<Transfer> m_keptBack;
-    QHash<QString, QByteArray> m_lastOfKind;
-    int m_lastRead = -1; ///< row of the last status read, unless a command or event came since
+    QHash<QByteArray, QByteArray> m_lastOfKind;
+    int m_lastRead = -1; ///< row of the last status read; -1 after a command or event
     bool m_paused = false;
 };
 
-/// The rows that contain a text, and if folded without the status reads that brought nothing new:
-/// the row before them counts them.
+/// The rows that contain a text. If folded, status reads that brought nothing new are counted in
+/// the row before them instead of shown.
 class TraceFilter : public QSortFilterProxyModel
 {
     Q_OBJECT
 public:
-    /// Folded and without a text at first.
+    /// Initially folded, without a text.
     explicit TraceFilter(TraceModel &trace);
 
     void setFolded(bool folded);

@@ -1,6 +1,7 @@
 #include "tracemodel.h"
 
 #include "trackingprotocol.h"
+#include "transfertext.h"
 
 #include <algorithm>
 
@@ -38,7 +39,7 @@ QVariant TraceModel::data(const QModelIndex &index, int role) const
         return row.isRepeat;
     case Qt::ToolTipRole:
         if (index.column() == Bytes)
-            return QString::fromLatin1(transfer.bytes.toHex(' ')).toUpper();
+            return QString(transfer.bytes.toHex(' ')).toUpper();
         break;
     case Qt::DisplayRole:
         break;
@@ -47,28 +48,28 @@ QVariant TraceModel::data(const QModelIndex &index, int role) const
     }
     switch (index.column()) {
     case Time:
-        return transfer.time.toString(QStringLiteral("HH:mm:ss.zzz"));
+        return transfer.time.toString("HH:mm:ss.zzz");
     case Duration:
-        return QStringLiteral("%1 ms").arg(transfer.duration);
+        return QString("%1 ms").arg(transfer.duration);
     case Direction:
-        return transfer.direction;
+        return directionText(transfer);
     case Request:
-        return transfer.request;
+        return requestText(transfer);
     case Selector:
         return transfer.selector ? QString::number(transfer.selector) : QString();
     case Meaning:
         return transfer.meaning;
     case Result:
-        return transfer.result;
+        return resultText(transfer);
     default:
-        return transfer.firstBytes();
+        return firstBytes(transfer);
     }
 }
 
 QVariant TraceModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
     if (orientation == Qt::Horizontal && role == Qt::DisplayRole)
-        return QString::fromLatin1(titles[section]);
+        return titles[section];
     return QAbstractTableModel::headerData(section, orientation, role);
 }
 
@@ -102,10 +103,11 @@ void TraceModel::append(const Transfer &transfer)
     Row row{transfer, changes(transfer)};
     if (transfer.isStatusRead() && m_lastRead >= 0) {
         const Transfer &last = m_rows.at(m_lastRead).transfer;
-        // A read that failed is not news again when the next one is put off.
-        row.isRepeat = transfer.bytes == last.bytes &&
-                       (transfer.result == last.result ||
-                        (!last.succeeded() && transfer.result == QLatin1String("not sent")));
+        // After a failed read, one that was not sent brings nothing new.
+        row.isRepeat =
+            transfer.bytes == last.bytes &&
+            ((transfer.outcome == last.outcome && transfer.error == last.error) ||
+             (last.outcome != Transfer::Succeeded && transfer.outcome == Transfer::NotSent));
     }
     beginInsertRows({}, rowCount(), rowCount());
     m_rows.push_back(row);
@@ -115,7 +117,7 @@ void TraceModel::append(const Transfer &transfer)
         Q_EMIT dataChanged(index(m_lastRead, 0), index(m_lastRead, Count - 1));
     } else if (transfer.isStatusRead()) {
         m_lastRead = rowCount() - 1;
-    } else if (transfer.selector != 0 || transfer.direction == QLatin1String("event")) {
+    } else if (transfer.selector != 0 || transfer.direction == Transfer::Event) {
         m_lastRead = -1;
     }
 }
@@ -124,9 +126,9 @@ QByteArray TraceModel::changes(const Transfer &transfer)
 {
     if (transfer.bytes.isEmpty())
         return {};
-    QString kind = transfer.direction;
-    if (!transfer.isStatusRead()) // a command is like those for the same setting
-        kind += QString::fromLatin1(transfer.bytes.mid(TrackingProtocol::commandOffset, 1).toHex());
+    QByteArray kind = QByteArray::number(transfer.direction);
+    if (!transfer.isStatusRead()) // Compare commands with those for the same setting.
+        kind += transfer.bytes.mid(TrackingProtocol::commandOffset, 1);
     const QByteArray before = m_lastOfKind.value(kind, transfer.bytes);
     m_lastOfKind[kind] = transfer.bytes;
     QByteArray changed(transfer.bytes.size(), 0);
@@ -154,8 +156,7 @@ QVariant TraceFilter::data(const QModelIndex &index, int role) const
     if (!m_folded || index.column() != TraceModel::Meaning || role != Qt::DisplayRole)
         return shown;
     const int repeats = index.data(TraceModel::Repeats).toInt();
-    return repeats > 0 ? QStringLiteral("%1 (%2 times)").arg(shown.toString()).arg(repeats + 1)
-                       : shown;
+    return repeats > 0 ? QString("%1 (%2 times)").arg(shown.toString()).arg(repeats + 1) : shown;
 }
 
 bool TraceFilter::filterAcceptsRow(int row, const QModelIndex &parent) const

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <QString>
+
+/// Lists the capture nodes, each with the extension units of its camera, or says that there are
+/// none.
+QString listCameras();

@@ -1,0 +1,108 @@
+#include "errortexts.h"
+
+#include "trackingprotocol.h"
+#include "uvccamera.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <cerrno>
+#include <iterator>
+
+namespace {
+
+struct Error
+{
+    int number;
+    const char *name;
+    const char *cause;
+    const char *advice;
+};
+
+constexpr Error errors[] = {
+    {EACCES, "EACCES", "you do not have access to the camera",
+     "Add the user to the group \"video\" and log in again."},
+    {EPERM, "EPERM", "it is not permitted",
+     "Start without --read-only; a container needs access to the camera."},
+    {ENOENT, "ENOENT", "there is no such node, unit or control",
+     "--list-cameras shows the cameras and their units."},
+    {ENODEV, "ENODEV", "the camera was unplugged", "Plug it into the same port again."},
+    {ENOTTY, "ENOTTY", "this is not a UVC camera", "--list-cameras shows the cameras."},
+    {EBUSY, "EBUSY", "another program uses the camera", "Close that program."},
+    {ENOBUFS, "ENOBUFS", "the control has a different length",
+     "Check the unit: --list-cameras shows the units."},
+    {EINVAL, "EINVAL", "the driver or the camera does not accept these values",
+     "Check the unit: --list-cameras shows the units."},
+    {EBADRQC, "EBADRQC", "the control cannot be used this way",
+     "Check the unit: --list-cameras shows the units."},
+    {EPIPE, "EPIPE", "the camera refused the request",
+     "Try again; if that does not help, reconnect the camera."},
+    {EPROTO, "EPROTO", "there was an error on the USB connection",
+     "Try another cable or port, without a hub."},
+    {EIO, "EIO", "the transfer was interrupted, or the answer was too short",
+     "Try again; if that does not help, reconnect the camera."},
+    {ETIMEDOUT, "ETIMEDOUT", "the camera did not answer in time",
+     "Try again; if that does not help, reconnect the camera."},
+};
+
+const Error *find(int error)
+{
+    const auto *const found = std::find_if(std::begin(errors), std::end(errors),
+                                           [error](const Error &e) { return e.number == error; });
+    return found == std::end(errors) ? nullptr : found;
+}
+
+} // namespace
+
+QString errorName(int error)
+{
+    const Error *const known = find(error);
+    return known ? QString(known->name) : QString("errno %1").arg(error);
+}
+
+QString transferError(const QString &what, int error)
+{
+    const Error *const known = find(error);
+    return QString("%1 failed: %2, %3. %4")
+        .arg(what, errorName(error), known ? known->cause : qt_error_string(error),
+             known ? known->advice : "Reconnect the camera.");
+}
+
+QString refusalText(const QString &node, const CameraRefusal &refusal)
+{
+    QStringList numbers;
+    for (const int unit : refusal.units)
+        numbers << QString::number(unit);
+    const QString units = numbers.isEmpty() ? "none" : numbers.join(", ");
+    const bool isCommand = refusal.control == TrackingProtocol::commandSelector;
+    const QString control = QString("Control %1 of unit %2 cannot be %3")
+                                .arg(refusal.control)
+                                .arg(refusal.unit)
+                                .arg(isCommand ? "set" : "read");
+    switch (refusal.reason) {
+    case CameraRefusal::NoRefusal:
+        break;
+    case CameraRefusal::CannotOpen:
+        return transferError("Opening " + node, refusal.error);
+    case CameraRefusal::ReplacedCamera:
+        return node + " is another camera now.";
+    case CameraRefusal::NoCaptureNode:
+        return node + " is not a capture node; --list-cameras shows those.";
+    case CameraRefusal::NoUnit:
+        return node + " has no extension unit with the controls 7 and 8; its units: " + units +
+               ". Choose one with --unit.";
+    case CameraRefusal::SeveralUnits:
+        return node + " has several extension units with the controls 7 and 8: " + units +
+               ". Choose one with --unit.";
+    case CameraRefusal::NoLength:
+        return transferError(control + ": GET_LEN", refusal.error);
+    case CameraRefusal::WrongLength:
+        return control + QString(": it has %1 bytes").arg(refusal.length) +
+               (isCommand ? ", not 60." : ".");
+    case CameraRefusal::NoInfo:
+        return transferError(control + ": GET_INFO", refusal.error);
+    case CameraRefusal::NotOffered:
+        return control + ": the camera does not offer that.";
+    }
+    return {};
+}

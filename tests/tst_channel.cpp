@@ -1,0 +1,180 @@
+#include "commandchannel.h"
+#include "extensionrecord.h"
+#include "faultkinds.h"
+#include "orvpluginapi.h"
+#include "simulatedcamera.h"
+#include "testmain.h"
+#include "tracepanel.h"
+#include "transferqueue.h"
+#include "transfertext.h"
+
+#include <QAbstractButton>
+#include <QClipboard>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QTemporaryDir>
+
+#include <cerrno>
+
+/// A channel to a simulated camera with an unknown type.
+struct Channel
+{
+    Channel()
+    {
+        camera->setValue(TrackingProtocol::Type, 9);
+        channel.setSetting("language", 1);
+    }
+
+    /// The words in the trace for a request.
+    QString request(int kind, const QVariant &record)
+    {
+        QSignalSpy transfers(&channel, &CommandChannel::transferred);
+        answer = channel.request(kind, record).value<ExtensionUnit>();
+        if (!QTest::qWaitFor([&transfers] { return !transfers.isEmpty(); }))
+            return "nothing";
+        traced = transfers.first().first().value<Transfer>();
+        return QStringList{directionText(traced), requestText(traced),
+                           QString::number(traced.selector)}
+                   .join(' ') +
+               ": " + traced.meaning + ": " + resultText(traced);
+    }
+
+    const std::shared_ptr<SimulatedCamera> camera = std::make_shared<SimulatedCamera>();
+    TransferQueue queue{camera};
+    CommandChannel channel{queue};
+    ExtensionUnit answer;
+    Transfer traced;
+};
+
+class TestChannel : public Test
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // Direction, control, length, bytes, and a fault of the camera.
+    void transfers()
+    {
+        const struct
+        {
+            const char *request, *words, *status = "0001090100"; // the camera's afterwards
+        } rows[] = {
+            {"get 8 0", "tracking on, type 9 (unknown), mode Standard, composition off: ok"},
+            {"get 8 0 - short=3", "only 3 bytes, tracking on, type 9 (unknown): ok"},
+            {"get 8 0 - no-answer", "no answer: ETIMEDOUT"},
+            {"get 8 0 - delay=30",
+             "tracking on, type 9 (unknown), mode Standard, composition off: ok"},
+            {"get 7 0", "refused: control 7 is not for this: not sent"},
+            {"set 7 60 FF5305040100", "Tracking: off: ok", "0000090100"},
+            {"set 7 60 FF5305100102", "Type: Board: ok", "0001020100"},
+            {"set 7 60 FF5305070102", "Mode: Sport: ok", "0001090200"},
+            {"set 7 60 FF5305130103 delay=30", "Composition: Bodies: ok", "0001090103"},
+            {"set 7 60 FF5305130103 errno=EPROTO", "Composition: Bodies: EPROTO"},
+            {"set 7 60 FF5305130103 refuse-writes", "Composition: Bodies: EPIPE"},
+            {"set 8 60 FF5305040100", "refused: control 8 is not for this: not sent"},
+            {"set 7 255 FF5305040100", "refused: 255 bytes instead of 60: not sent"},
+            {"set 7 60 FF5306040100", "refused: the header is not FF 53 05: not sent"},
+            {"set 7 60 FF5305050100", "refused: unknown command 0x05: not sent"},
+            {"set 7 60 FF5305040200", "refused: a value of 2 bytes instead of 1: not sent"},
+            {"set 7 60 FF5305070109", "refused: Mode: 9 (unknown): not sent"},
+        };
+        for (const auto &row : rows) {
+            const QStringList request = QString(row.request).split(' ');
+            const bool write = request[0] == "set";
+            const QByteArray bytes = QByteArray::fromHex(request.value(3).toLatin1());
+            const QVariant record = QVariant::fromValue(extensionRecord(
+                write, request[1].toInt(), bytes.leftJustified(request[2].toInt(), '\0', true)));
+            Channel channel;
+            Faults faults = noFaults;
+            QVERIFY(request.size() < 5 || addFault(faults, request[4]).isEmpty());
+            channel.camera->setFaults(faults);
+
+            QCOMPARE(channel.request(ChannelRequest::Extension, record),
+                     request[0] + " Extension " + request[1] + ": " + row.words);
+            QVERIFY(channel.traced.duration >= faults.at(Fault::Delay));
+            const SimulatedCamera::Status status = channel.camera->status();
+            QCOMPARE(QByteArray(reinterpret_cast<const char *>(status.data()), 5).toHex(),
+                     QByteArray(row.status));
+            QVERIFY(channel.answer.length <= TrackingProtocol::blockLength);
+            QCOMPARE(channel.answer.selector, request[1].toInt());
+            if (!write)
+                QCOMPARE(payloadOf(channel.answer), channel.traced.bytes);
+        }
+    }
+
+    void otherRequests()
+    {
+        Channel channel;
+        const auto words = [&channel](int kind, auto record) {
+            return channel.request(kind, QVariant::fromValue(record));
+        };
+        QCOMPARE(words(0, SettingData{"language", 0}), "get Setting 0: language: 1: ok");
+        QCOMPARE(words(0, SettingData{"volume", 0}), "get Setting 0: volume: no such setting: ok");
+        QCOMPARE(words(3, CameraData{nullptr, true, 3, 0, 2}),
+                 "set Camera 0: notice from no widget: true, 3, 0, 2: ok");
+        const QString refused(" %1 0: refused: no such request with the record \"%2\": not sent");
+        QCOMPARE(words(4, SettingData()), refused.arg(4).arg("SettingData"));
+        QCOMPARE(words(9, ExtensionUnit()), refused.arg(9).arg("ExtensionUnit"));
+    }
+
+    void trace()
+    {
+        TracePanel panel;
+        const auto add = [&](Transfer::Direction direction, const char *bytes, int error = 0,
+                             Transfer::Outcome outcome = Transfer::Succeeded) {
+            const QDateTime time({2026, 1, 2}, {3, 4, 5, 6});
+            panel.trace().add({time, 7, direction, ChannelRequest::Extension, 8,
+                               QByteArray::fromHex(bytes), bytes, outcome, error});
+        };
+        const auto press = [&](const char *title) {
+            const auto buttons = panel.findChildren<QAbstractButton *>();
+            for (QAbstractButton *button : buttons) {
+                if (button->text() == title)
+                    button->click();
+            }
+        };
+        const auto copied = [&] {
+            press("Copy");
+            return QApplication::clipboard()->text().split('\n');
+        };
+        const auto shown = [&] {
+            QStringList meanings;
+            const auto lines = copied();
+            for (const QString &line : lines)
+                meanings << line.section('\t', 5, 5);
+            return meanings.join('|');
+        };
+        for (const char *block : {"0001", "0001", "0002", "0002", "0002"})
+            add(Transfer::Get, block);
+        add(Transfer::Set, "ff530510");
+        press("Pause");
+        add(Transfer::Get, "0002");
+        add(Transfer::Get, "", EIO, Transfer::Failed);
+        add(Transfer::Get, "", 0, Transfer::NotSent);
+        QCOMPARE(shown(), "0001 (2 times)|0002 (3 times)|ff530510");
+        press("Pause");
+        QCOMPARE(shown(), "0001 (2 times)|0002 (3 times)|ff530510|0002| (2 times)");
+        QCOMPARE(copied()[2], "03:04:05.006\t7 ms\tset\tExtension\t8\tff530510\tok\tFF 53 05 10");
+        auto *const table = panel.findChild<QTableView *>();
+        QCOMPARE(table->model()->index(1, TraceModel::Bytes).data(TraceModel::ChangedBytes),
+                 QByteArray("\0\1", 2));
+        press("Fold repeated reads");
+        QCOMPARE(shown(), "0001|0001|0002|0002|0002|ff530510|0002||");
+        panel.findChild<QLineEdit *>()->setText("0001");
+        QCOMPARE(shown(), "0001|0001");
+        table->selectRow(0);
+        QCOMPARE(shown(), "0001");
+
+        const QTemporaryDir folder;
+        const QString path = folder.filePath("rows");
+        press("Save...");
+        Q_EMIT panel.findChild<QFileDialog *>()->fileSelected(path);
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), toJsonLine(panel.trace().transfer(0)).repeated(2));
+    }
+};
+
+TEST_MAIN(TestChannel)
+#include "tst_channel.moc"
