@@ -22,7 +22,7 @@ protected:
     }
 };
 
-void showUntilPainted(HostWindow &host, QWidget *watched)
+void showUntilPainted(PanelWindow &host, QWidget *watched)
 {
     PaintWatcher watcher(watched);
     host.window.show();
@@ -31,7 +31,7 @@ void showUntilPainted(HostWindow &host, QWidget *watched)
 }
 
 /// Inserts a panel whose camera reports tracking with composition.
-ControlTrackingPlugin *insertPanel(HostWindow &host)
+ControlTrackingPlugin *insertPanel(PanelWindow &host)
 {
     auto *const panel = new ControlTrackingPlugin;
     panel->commandChannel = [](int request, const QVariant & /*record*/) -> QVariant {
@@ -56,7 +56,7 @@ void processAll()
 void insert(benchmark::State &state)
 {
     for ([[maybe_unused]] auto iteration : state) {
-        HostWindow host;
+        PanelWindow host;
         showUntilPainted(host, PanelInternals::ui(*insertPanel(host)).label_title);
     }
     state.SetLabel("1.25");
@@ -69,7 +69,7 @@ void insertFloor(benchmark::State &state)
 {
     for ([[maybe_unused]] auto iteration : state) {
         Ui_root form;
-        HostWindow host;
+        PanelWindow host;
         auto *const widget = new QWidget;
         form.setupUi(widget);
         form.frame_limit_title->hide();
@@ -83,7 +83,7 @@ BENCHMARK(insertFloor)
     ->Iterations(1)
     ->Repetitions(5);
 
-struct ShownPanel : HostWindow
+struct ShownPanel : PanelWindow
 {
     ShownPanel()
     {

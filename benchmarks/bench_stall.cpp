@@ -24,7 +24,7 @@ constexpr auto clickInterval = 70ms;
 /// Measures the longest time between two turns of the event loop while a user works with a panel.
 void measure(benchmark::State &state, const Channel &channel)
 {
-    HostWindow host;
+    PanelWindow host;
     auto *const panel = new ControlTrackingPlugin;
     panel->commandChannel = channel;
     panel->insertWidget(host.container);

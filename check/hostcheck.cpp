@@ -1,12 +1,12 @@
+#include "extensionrecord.h"
 #include "orvpluginapi.h"
 #include "panelplacement.h"
+#include "ruleline.h"
 #include "stallmeter.h"
 #include "trackingprotocol.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QLabel>
-#include <QLoggingCategory>
 #include <QThread>
 
 #include <algorithm>
@@ -18,74 +18,12 @@ using namespace std::chrono_literals;
 
 Q_LOGGING_CATEGORY(hostCheck, "orv_hostcheck")
 
-/// What is known of one rule, for the eye, a screen reader and, when its state changes, the debug
-/// stream.
-class RuleLine : public QLabel
-{
-    Q_OBJECT
-
-public:
-    enum State { NotYetSeen, Passed, Failed };
-
-    RuleLine(QLayout &lines, const char *rule)
-        : m_rule(QString::fromLatin1(rule))
-    {
-        setWordWrap(true);
-        lines.addWidget(this);
-        show(NotYetSeen, {});
-    }
-    State state() const { return m_state; }
-
-    /// A rule that was broken stays so. `seen` goes behind the rule, unless it is empty.
-    void judge(bool kept, const QString &seen = {})
-    {
-        const State before = m_state;
-        if (before == Failed && kept)
-            return;
-        show(kept ? Passed : Failed, seen);
-        if (m_state == Failed && before != Failed)
-            qCWarning(hostCheck, "%s", qPrintable(accessibleName()));
-        else if (m_state != before)
-            qCInfo(hostCheck, "%s", qPrintable(accessibleName()));
-    }
-
-protected:
-    void resizeEvent(QResizeEvent *event) override
-    {
-        QLabel::resizeEvent(event);
-        makeRoom();
-    }
-
-private:
-    // Layouts count a label that wraps as one line where room is scarce, and cut off the rest.
-    void makeRoom() { setMinimumHeight(heightForWidth(width())); }
-
-    void show(State state, const QString &seen)
-    {
-        static constexpr const char *states[] = {"not yet seen", "passed", "failed"};
-        // Behind the white word: what is behind the panel may be dark or light.
-        static constexpr const char *colors[] = {"#5F6368", "#2E7D32", "#C62828"};
-        m_state = state;
-        const QString word = QString::fromLatin1(states[state]);
-        const QString rest = seen.isEmpty() ? m_rule : m_rule + QLatin1String(": ") + seen;
-        setAccessibleName(word + QLatin1String(": ") + rest);
-        setText(
-            QStringLiteral("<span style='background: %1; color: white'>&nbsp;%2&nbsp;</span> %3")
-                .arg(QLatin1String(colors[state]), word, rest.toHtmlEscaped()));
-        makeRoom();
-    }
-
-    const QString m_rule;
-    State m_state = NotYetSeen;
-};
-
-/// A panel that says whether its host keeps the contract of OrvPluginApi: a line for each rule, in
-/// the panel and, when it is first kept or first broken, on the debug stream (category
-/// "orv_hostcheck"). When the instance goes, or the application without it, all lines go there once
-/// more.
+/// A panel that checks whether its host keeps the contract of OrvPluginApi. It has a line for each
+/// rule. Lines also go to the debug stream (category "orv_hostcheck"): each when it first passes or
+/// fails, and all of them when the instance is destroyed or the application ends.
 ///
-/// It asks within insertWidget, as panels do, and then once a second while it is visible. It sends
-/// nothing: every request is a query for a setting or a get.
+/// It makes requests in insertWidget(), as panels do, and then once a second while it is visible.
+/// All of them only read a setting or the camera.
 class HostCheck : public QWidget, public OrvPluginApi
 {
     Q_OBJECT
@@ -99,17 +37,17 @@ public:
     QString name() override
     {
         noteCall("name");
-        return QStringLiteral("orv_hostcheck");
+        return "orv_hostcheck";
     }
     int category() override
     {
         noteCall("category");
-        return 0; // as the panel's that it stands in for
+        return 0;
     }
     void resetToDefault() override
     {
         if (noteCall("resetToDefault") && m_insertions == 0)
-            m_resetLater.judge(false, QStringLiteral("it came before"));
+            m_resetLater.judge(false, "it came before");
     }
     void insertWidget(QWidget *container) override;
     void syncPropValue(QString /*property*/, long /*value*/) override { noteCall("syncPropValue"); }
@@ -125,7 +63,7 @@ protected:
 
 private:
     bool noteCall(const char *function);
-    void ask();
+    void makeRequests();
     void askForSettings();
     void readStatus();
     QVariant request(int kind, const QVariant &record);
@@ -136,14 +74,13 @@ private:
     RuleLine m_resetLater{*m_lines, "resetToDefault comes only after insertWidget"};
     RuleLine m_insertedOnce{*m_lines, "insertWidget comes once, with a container that is shown"};
     RuleLine m_guiThread{*m_lines, "Every call comes on the GUI thread"};
-    RuleLine m_language{*m_lines, "The setting \"language\" is answered with a number"};
-    RuleLine m_otherSetting{*m_lines, "A query for a setting that does not exist does no harm"};
-    RuleLine m_status{*m_lines, "A get of control 8 is answered with an ExtensionUnit of 280 bytes,"
-                                " with its selector 8, its length at most 255, zeros beyond it"};
+    RuleLine m_language{*m_lines, "The answer to the setting \"language\" is a number"};
+    RuleLine m_otherSetting{*m_lines, "A query for an unknown setting does no harm"};
+    RuleLine m_status{*m_lines, "The answer to a read of control 8 is an ExtensionUnit of 280 bytes"
+                                " with selector 8, a length of at most 255, and zeros beyond it"};
     RuleLine m_answers{*m_lines, "Every answer comes within 1000 ms"};
-    RuleLine m_thawed{*m_lines, "A frozen window is thawed when the event loop comes round"};
-    RuleLine m_destroyed{*m_lines,
-                         "The instance is destroyed as a QObject, outside of the channel"};
+    RuleLine m_thawed{*m_lines, "The event loop thaws a frozen window"};
+    RuleLine m_destroyed{*m_lines, "The instance is destroyed as a QObject, not during a request"};
     QTimer m_poll;
     StallMeter m_stalls;
     qint64 m_longestAnswer = 0; // ms
@@ -158,19 +95,18 @@ HostCheck::HostCheck()
     QFont small = font();
     small.setPointSize(9);
     setFont(small);
-    m_lines->insertWidget(0, new QLabel(QStringLiteral("<b>Host check</b>")));
-    // In a host that gives no width, lines that wrap would make a narrow window, higher than a
-    // screen, and be cut off there.
+    m_lines->insertWidget(0, new QLabel("<b>Host check</b>"));
+    // In a host that sets no width, lines that wrap would make the window narrow and too high.
     setMinimumWidth(60 * fontMetrics().averageCharWidth());
-    // From the answer on: behind a slow host the window must have time to live.
+    // A single shot, started after each answer, leaves the window responsive behind a slow host.
     m_poll.setSingleShot(true);
     m_poll.setInterval(1s);
-    connect(&m_poll, &QTimer::timeout, this, &HostCheck::ask);
+    connect(&m_poll, &QTimer::timeout, this, &HostCheck::makeRequests);
     living = this;
-    // An instance that is still there now goes with the library, and a widget crashes then.
+    // An instance that still exists now goes with the library, and a widget crashes then.
     qAddPostRoutine([] {
         if (living) {
-            living->m_destroyed.judge(false, QStringLiteral("came the application's end first"));
+            living->m_destroyed.judge(false, "the application ended first");
             living->summarize();
         }
         living = nullptr;
@@ -180,15 +116,13 @@ HostCheck::HostCheck()
 HostCheck::~HostCheck()
 {
     if (std::exchange(living, nullptr) != this)
-        return; // all has been said
+        return; // the summary is already written
     const bool onGuiThread = noteCall("the destructor");
-    // Calls on other threads, of which the event loop has not brought word yet.
+    // Handles the notes of calls on other threads.
     if (onGuiThread)
         QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
-    m_destroyed.judge(onGuiThread && !m_requesting,
-                      !onGuiThread   ? QStringLiteral("came on another thread")
-                      : m_requesting ? QStringLiteral("came within a call of it")
-                                     : QString());
+    m_destroyed.require(onGuiThread, "it was on another thread");
+    m_destroyed.require(!m_requesting, "it was during a request");
     summarize();
 }
 
@@ -196,14 +130,14 @@ void HostCheck::insertWidget(QWidget *container)
 {
     if (!noteCall("insertWidget"))
         return;
-    m_resetLater.judge(true); // from here on it cannot come before
+    m_resetLater.judge(true); // it can no longer come before
     if (++m_insertions > 1 || !container) {
-        m_insertedOnce.judge(false, container ? QStringLiteral("came call %1").arg(m_insertions)
-                                              : QStringLiteral("came no container"));
+        m_insertedOnce.judge(false, container ? QString("call %1").arg(m_insertions)
+                                              : "there is no container");
         return;
     }
     PanelPlacement::insertFirst(this, container);
-    ask();
+    makeRequests();
 }
 
 void HostCheck::showEvent(QShowEvent *event)
@@ -215,30 +149,24 @@ void HostCheck::showEvent(QShowEvent *event)
     QTimer::singleShot(100ms, this, [this] {
         updateSpliter(this, &m_thawed, true);
         QTimer::singleShot(400ms, this, [this] { // far later than the thaw is due
-            m_thawed.judge(updatesEnabled(), updatesEnabled()
-                                                 ? QString()
-                                                 : QStringLiteral("still frozen 400 ms later"));
+            m_thawed.require(updatesEnabled(), "still frozen 400 ms later");
         });
     });
 }
 
-/// Returns whether the call comes on the GUI thread. On another, the line hears of it when the
-/// event loop comes round.
+/// Returns whether the call comes on the GUI thread. Updates the line there.
 bool HostCheck::noteCall(const char *function)
 {
     const bool kept = QThread::currentThread() == QCoreApplication::instance()->thread();
     QMetaObject::invokeMethod(this, [this, kept, function] {
-        m_guiThread.judge(kept,
-                          kept ? QString()
-                               : QStringLiteral("%1 came on another").arg(QLatin1String(function)));
+        m_guiThread.require(kept, QString("%1 came on another").arg(function));
     });
     return kept;
 }
 
-void HostCheck::ask()
+void HostCheck::makeRequests()
 {
-    m_channelFirst.judge(bool(commandChannel),
-                         commandChannel ? QString() : QStringLiteral("came none"));
+    m_channelFirst.require(bool(commandChannel), "there is none");
     if (commandChannel && (isVisible() || !m_asked)) {
         if (!m_asked)
             askForSettings();
@@ -248,10 +176,9 @@ void HostCheck::ask()
     m_poll.start();
 }
 
-static QString whatCame(const QVariant &value)
+static QString describeType(const QVariant &value)
 {
-    return QStringLiteral("came ") +
-           (value.isValid() ? QLatin1String(value.typeName()) : QLatin1String("no value"));
+    return value.isValid() ? QString("a value of type %1").arg(value.typeName()) : "no value";
 }
 
 void HostCheck::askForSettings()
@@ -259,37 +186,37 @@ void HostCheck::askForSettings()
     const auto query = [this](const QString &setting) {
         return request(ChannelRequest::Setting, QVariant::fromValue(SettingData{setting, 0}));
     };
-    const QVariant language = query(QStringLiteral("language"));
+    const QVariant language = query("language");
     const bool text =
         language.userType() == QMetaType::QString || language.userType() == QMetaType::QByteArray;
-    m_language.judge(language.canConvert<int>() && !text, whatCame(language));
-    m_otherSetting.judge(true, whatCame(query(QStringLiteral("orv_hostcheck_no_such_setting"))));
+    m_language.judge(language.canConvert<int>() && !text, describeType(language));
+    m_otherSetting.judge(true, describeType(query("orv_hostcheck_no_such_setting")));
 }
 
 void HostCheck::readStatus()
 {
-    // Qt ends the process when it is told of a record that it knows in another size.
+    // Qt ends the process when a type is registered a second time with another size.
     const int size = QMetaType::sizeOf(QMetaType::type("ExtensionUnit"));
     if (size != 0 && size != sizeof(ExtensionUnit)) {
-        m_status.judge(false, QStringLiteral("came one of %1 bytes").arg(size));
+        m_status.judge(false, QString("the host's has %1 bytes").arg(size));
         return;
     }
-    ExtensionUnit get;
-    get.selector = TrackingProtocol::statusSelector;
-    const QVariant answer = request(ChannelRequest::Extension, QVariant::fromValue(get));
+    const int selector = TrackingProtocol::statusSelector;
+    const QVariant answer = request(ChannelRequest::Extension,
+                                    QVariant::fromValue(extensionRecord(false, selector, {})));
     if (answer.userType() != qMetaTypeId<ExtensionUnit>()) {
-        m_status.judge(false, whatCame(answer));
+        m_status.judge(false, describeType(answer));
         return;
     }
     const auto unit = answer.value<ExtensionUnit>();
-    const auto length = std::min<quint64>(unit.length, sizeof unit.data);
+    const int length = payloadOf(unit).size();
     const bool leftovers =
         std::any_of(unit.data + length, std::end(unit.data), [](quint8 byte) { return byte != 0; });
-    m_status.judge(unit.selector == get.selector && unit.length == length && !leftovers,
-                   QStringLiteral("came selector %1, length %2%3")
+    m_status.judge(unit.selector == selector && unit.length == quint64(length) && !leftovers,
+                   QString("selector %1, length %2%3")
                        .arg(unit.selector)
                        .arg(unit.length)
-                       .arg(QLatin1String(leftovers ? ", other bytes beyond it" : "")));
+                       .arg(leftovers ? ", other bytes beyond it" : ""));
 }
 
 QVariant HostCheck::request(int kind, const QVariant &record)
@@ -302,7 +229,7 @@ QVariant HostCheck::request(int kind, const QVariant &record)
     const qint64 last = time.elapsed();
     m_longestAnswer = std::max(m_longestAnswer, last);
     m_answers.judge(m_longestAnswer <= 1000,
-                    QStringLiteral("last %1 ms, longest %2 ms; longest stall of the window %3 ms")
+                    QString("last %1 ms, longest %2 ms; longest stall of the window %3 ms")
                         .arg(last)
                         .arg(m_longestAnswer)
                         .arg(m_stalls.longest() / 1ms));

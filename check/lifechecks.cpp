@@ -1,7 +1,8 @@
-// From insertWidget to destruction, and after.
+// Checks a panel's life from insertWidget() on, and the time after it.
 
 #include "check.h"
 #include "host.h"
+#include "report.h"
 #include "virtualtime.h"
 
 #include <QApplication>
@@ -59,10 +60,11 @@ static void checkOpening(Host &host)
         host.insert();
         bool hasRead = false;
         host.expectRequests(
-            "in insertWidget reads, and writes of what was read", [&](const Request &request) {
+            "only reads in insertWidget, and writes of values that were read",
+            [&](const Request &request) {
                 hasRead = hasRead || (request.asks() && request.isExtension());
                 const QByteArray bytes = request.bytes();
-                // What the camera knows no command for it has not reported either.
+                // A command that sets no field cannot send back a value that was read.
                 return request.asks() ||
                        (hasRead && refusal(true, commandSelector, bytes).isEmpty() &&
                         static_cast<quint8>(bytes.at(valueOffset)) == status.at(fieldOf(bytes)));
@@ -82,17 +84,15 @@ static void checkContainers(Host &host)
                 host.container->setLayout(layout);
             host.language = variant / 2;
             host.window->setVisible(variant % 2 == 0);
-            const QString situation =
-                QString("in %1, language %2, %3")
-                    .arg(layout ? layout->metaObject()->className() : "no layout")
-                    .arg(variant / 2)
-                    .arg(variant % 2 == 0 ? "shown" : "hidden at first");
-            step(situation);
+            step(QString("insertWidget in %1, language %2, %3")
+                     .arg(layout ? layout->metaObject()->className() : "no layout")
+                     .arg(variant / 2)
+                     .arg(variant % 2 == 0 ? "shown" : "hidden at first"));
             host.insert();
             host.live(200ms);
             host.window->show();
             host.live(200ms);
-            expect(!host.controls().isEmpty(), "visible widgets " + situation, "none");
+            expect(!host.controls().isEmpty(), "visible widgets in the container", "none");
         }
     }
 }
@@ -104,7 +104,7 @@ static void checkThawed(Host &host)
         const auto expectThawed = [&] {
             VirtualTime::advance(1s);
             expect(host.window->updatesEnabled() && host.container->updatesEnabled(),
-                   "a window that is painted a second later", "a frozen one");
+                   "a window that is thawed a second later", "a frozen one");
         };
         expectThawed();
         for (int uses = host.any(8); uses > 0; --uses) {
@@ -122,7 +122,7 @@ static void checkThawed(Host &host)
     }
 }
 
-/// What a panel must leave as it was, a line each.
+/// Everything that a panel must leave unchanged, one line each.
 static QStringList surroundings(const Host &host)
 {
     QString lines;
@@ -181,16 +181,16 @@ static void checkAfterDeath(Host &host)
             host.window->show();
             VirtualTime::advance(5s);
         }
-        QThread::msleep(20); // other threads have real time
+        QThread::msleep(20); // gives other threads real time
         host.expectRequests(
             "no request after the end of the panel", [](const Request &) { return false; }, true);
     }
 }
 
-/// What grows if a panel leaves some of it behind.
+/// Amounts that grow if a panel leaks.
 static std::map<QString, long> resources()
 {
-    // A catalog that stays installed is less than a page.
+    // Pages, not bytes: a catalog may stay installed.
     return {{"pages of memory", static_cast<long>(mallinfo2().uordblks) / 4096},
             {"widgets", QApplication::allWidgets().size()},
             {"threads", QDir("/proc/self/task").count()},
@@ -212,7 +212,7 @@ static void checkLives(Host &host)
     step("after the last life");
     for (const auto &[name, amount] : resources()) {
         const long growth = amount - before[name];
-        expect(growth < lives, "less than one more a life",
+        expect(growth < lives, "less than one more per life",
                QString("%1 more %2 after %3 lives").arg(growth).arg(name).arg(lives));
     }
 }
@@ -220,11 +220,11 @@ static void checkLives(Host &host)
 std::vector<Check> lifeChecks()
 {
     return {
-        {"opens", "insertWidget returns, and the container has something to show.", checkOpens,
+        {"opens", "insertWidget() returns and shows something in the container.", checkOpens,
          "instance"},
-        {"destruction", "It can be destroyed at any moment, before or with its window.",
+        {"destruction", "The panel can be destroyed at any moment, before or with its window.",
          checkDestruction, "opens"},
-        {"opening", "Nothing is sent before insertWidget, and in it only what was read there.",
+        {"opening", "It sends nothing before insertWidget(), and there only what it has read.",
          checkOpening, "destruction"},
         {"containers", "It works in every layout, hidden and shown, in both languages.",
          checkContainers, "destruction"},
@@ -232,7 +232,7 @@ std::vector<Check> lifeChecks()
         {"containers-192", "The same at 192 dots per inch.", checkContainers, "containers", "192"},
         {"thawed", "The window never stays frozen.", checkThawed, "destruction"},
         {"leftovers", "It leaves nothing behind in the window.", checkLeftovers, "destruction"},
-        {"after-death", "It requests nothing after its end.", checkAfterDeath, "destruction"},
-        {"lives", "A hundred lives in a row leave no growth.", checkLives, "destruction"},
+        {"after-death", "It makes no request after its end.", checkAfterDeath, "destruction"},
+        {"lives", "A hundred lives in a row leak nothing.", checkLives, "destruction"},
     };
 }

@@ -1,8 +1,9 @@
-// What can be said of a plug-in before it is given anything to do.
+// Checks a plug-in before it becomes part of a window.
 
 #include "check.h"
 #include "host.h"
 #include "pluginfile.h"
+#include "report.h"
 
 #include <QElapsedTimer>
 #include <QPluginLoader>
@@ -27,13 +28,13 @@ static void checkExports(Host &host)
     QProcess nm;
     nm.start("nm", {"-D", "--defined-only", "--format=just-symbols", host.plugin});
     nm.waitForFinished();
-    expect(nm.error() != QProcess::FailedToStart, "nm, of binutils, to list the exports",
+    expect(nm.error() != QProcess::FailedToStart, "the program nm (package binutils)",
            "no such program");
-    expect(nm.exitCode() == 0, "nm lists the exports", nm.readAllStandardError());
+    expect(nm.exitCode() == 0, "a list of exports from nm", nm.readAllStandardError());
     QStringList others = QString(nm.readAllStandardOutput()).split('\n');
     for (const char *const allowed : {"qt_plugin_instance", "qt_plugin_query_metadata", ""})
         others.removeAll(allowed);
-    expect(others.isEmpty(), "qt_plugin_instance and qt_plugin_query_metadata alone",
+    expect(others.isEmpty(), "only qt_plugin_instance and qt_plugin_query_metadata",
            QString("%1 more, such as %2").arg(others.size()).arg(others.value(0)));
 }
 
@@ -77,15 +78,14 @@ static void checkIdentity(Host &host)
 std::vector<Check> loadingChecks()
 {
     return {
-        {"metadata", "Its metadata name the interface, without any of its code run.",
-         checkMetadata},
+        {"metadata", "The plug-in's metadata names the interface.", checkMetadata},
         {"qt-version", "It is built for this Qt, release or debug.", checkQtVersion, "metadata"},
-        {"exports", "It exports its two entry points and nothing else.", checkExports, "metadata"},
-        {"symbols", "All symbols that it needs are found.", checkSymbols, "qt-version"},
+        {"exports", "It exports only Qt's two entry points.", checkExports, "metadata"},
+        {"symbols", "All symbols that it needs exist.", checkSymbols, "qt-version"},
         {"load-time", "It loads in less than 100 ms.", checkLoadTime, "symbols", "96", 3},
-        {"instance", "It has one instance, a new one after its deletion, and both casts.",
+        {"instance", "It has one instance, casts to the interface, and a new instance after that.",
          checkInstance, "symbols"},
-        {"identity", "It has a name and a category, before it is inserted too.", checkIdentity,
+        {"identity", "It has a name and a category before it is inserted.", checkIdentity,
          "instance"},
     };
 }

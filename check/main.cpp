@@ -1,3 +1,5 @@
+#include "host.h"
+#include "report.h"
 #include "runner.h"
 
 #include <QApplication>
@@ -7,54 +9,67 @@
 #include <QTextStream>
 
 #include <algorithm>
+#include <csignal>
+#include <iterator>
+#include <sys/prctl.h>
 
 static constexpr int failed = 1;
 static constexpr int badArguments = 2;
 
-static int complain(const QString &sentence, int status = badArguments)
+static int complain(const QString &sentence)
 {
     QTextStream(stderr) << "orvcheck: " << sentence << '\n';
-    return status;
+    return badArguments;
 }
 
-/// Those with these names, or all.
-static std::vector<Check> checksNamed(const QStringList &names)
+static std::vector<Check> allChecks()
 {
     std::vector<Check> checks;
-    for (const auto &some : {loadingChecks(), lifeChecks(), requestChecks()}) {
-        std::copy_if(some.begin(), some.end(), std::back_inserter(checks), [&](const Check &check) {
-            return names.isEmpty() || names.contains(check.name);
-        });
-    }
+    for (const auto &some : {loadingChecks(), lifeChecks(), requestChecks()})
+        checks.insert(checks.end(), some.begin(), some.end());
     return checks;
+}
+
+/// Runs one check in this process: --check NAME PLUGIN SEED.
+static int runOneCheck(int argc, char *argv[])
+{
+    for (const Check &check : allChecks()) {
+        if (argc != 5 || qstrcmp(check.name, argv[2]) != 0)
+            continue;
+        prctl(PR_SET_PDEATHSIG, SIGKILL); // a panel that hangs must not outlive its checker
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qputenv("QT_FONT_DPI", check.dpi);
+        qputenv("QT_LOGGING_RULES", "default.warning=false"); // about limits of that platform
+        const QApplication application(argc, argv);
+        QApplication::setQuitOnLastWindowClosed(false);
+        const QStringList arguments = QApplication::arguments();
+        beginReports();
+        Host host(QFileInfo(arguments.at(3)).absoluteFilePath(), arguments.at(4).toUInt());
+        check.run(host);
+        endReports();
+    }
+    return complain("--check takes the name of a check, a plug-in and a seed.");
 }
 
 int main(int argc, char *argv[])
 {
-    // In the process of a single check: --check NAME PLUGIN SEED.
-    if (argc == 5 && qstrcmp(argv[1], "--check") == 0) {
-        const QApplication application(argc, argv);
-        QApplication::setQuitOnLastWindowClosed(false);
-        const QStringList arguments = QCoreApplication::arguments();
-        for (const Check &check : checksNamed({arguments.at(2)}))
-            runHere(check, arguments.at(3), arguments.at(4).toUInt());
-        return badArguments;
-    }
+    if (argc > 1 && qstrcmp(argv[1], "--check") == 0)
+        return runOneCheck(argc, argv);
 
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationVersion(ORVCHECK_VERSION);
     QCommandLineParser parser;
     parser.setApplicationDescription(
         "Checks whether a settings-panel plug-in keeps the contract with its host. Each check runs "
-        "in a process of its own, where time passes as fast as the panel computes.\n\n"
-        "Exit status: 0 if no check failed; 1 if one did, or the results cannot be written; 2 for "
-        "bad arguments.");
+        "in a process of its own, with a virtual clock, so that timers take no time.\n\n"
+        "To run one check in a debugger: gdb --args orvcheck --check NAME PLUGIN SEED\n\n"
+        "Exit status: 0 if no check failed, 1 if one did, 2 for bad arguments.");
     parser.addOptions({
-        {"list", "Print the checks and what they check, and exit."},
-        {"only", "Run this check alone. Given several times: these checks.", "name"},
+        {"list", "Print the name and the rule of each check, and exit."},
+        {"only", "Run only this check. May be given several times.", "name"},
+        {"skip", "Do not run this check. May be given several times.", "name"},
         {"seed", "Repeat the random choices of an earlier run.", "n"},
-        {"junit", "Write the results to a file too, as JUnit does.", "file"},
-        // Not the parser's own: its help announces Qt's options, which are of no use here.
+        // The parser's own help would list Qt's options, which have no effect here.
         {{"h", "help"}, "Print this help."},
         {{"v", "version"}, "Print the version."},
     });
@@ -65,37 +80,36 @@ int main(int argc, char *argv[])
         parser.showVersion();
     if (parser.isSet("help"))
         parser.showHelp();
+
     QTextStream out(stdout);
+    const QStringList only = parser.values("only");
+    const QStringList skip = parser.values("skip");
+    QStringList unknown = only + skip;
+    std::vector<Check> chosen;
+    for (const Check &check : allChecks()) {
+        if ((only.isEmpty() || only.contains(check.name)) && !skip.contains(check.name))
+            chosen.push_back(check);
+        unknown.removeAll(check.name);
+    }
+    if (!unknown.isEmpty())
+        return complain(QString("There is no check \"%1\"; see --list.").arg(unknown.first()));
     if (parser.isSet("list")) {
-        for (const Check &check : checksNamed({}))
+        for (const Check &check : chosen)
             out << QString(check.name).leftJustified(16) << check.rule << '\n';
         return 0;
     }
-
     const QFileInfo plugin(parser.positionalArguments().value(0));
     if (parser.positionalArguments().size() != 1)
-        return complain("One plug-in, please; see --help.");
+        return complain("Give one plug-in; see --help.");
     if (!plugin.isFile())
         return complain(QString("There is no file \"%1\".").arg(plugin.filePath()));
-    const QStringList names = parser.values("only");
-    for (const QString &name : names) {
-        if (checksNamed({name}).empty())
-            return complain(QString("There is no check \"%1\"; see --list.").arg(name));
-    }
     bool isNumber = true;
     const quint32 seed = parser.isSet("seed") ? parser.value("seed").toUInt(&isNumber)
                                               : QRandomGenerator::global()->generate();
     if (!isNumber)
-        return complain("--seed takes a whole number of 0..4294967295.");
-    QFile junit(parser.value("junit"));
-    if (parser.isSet("junit") && !junit.open(QIODevice::WriteOnly))
-        return complain(QString("Cannot write \"%1\".").arg(junit.fileName()));
+        return complain("--seed takes a whole number from 0 to 4294967295.");
 
     out << "Checking " << plugin.filePath() << ", seed " << seed << '\n' << flush;
-    // A relative name would be looked for in Qt's plug-in folders.
-    const int failures = runChecks(checksNamed(names), plugin.absoluteFilePath(), seed, junit);
-    junit.close();
-    if (junit.error() != QFileDevice::NoError)
-        return complain(QString("Cannot write \"%1\".").arg(junit.fileName()), failed);
-    return failures == 0 ? 0 : failed;
+    // Qt would look for a relative path in its plug-in folders.
+    return runChecks(chosen, plugin.absoluteFilePath(), seed) == 0 ? 0 : failed;
 }

@@ -1,7 +1,8 @@
-// What goes over the channel, and what comes back.
+// Checks the requests of a panel, and how it takes the answers.
 
 #include "check.h"
 #include "host.h"
+#include "report.h"
 #include "virtualtime.h"
 
 #include <QThread>
@@ -20,7 +21,8 @@ static void checkRequests(Host &host)
                             [](const Request &request) { return request.problem().isEmpty(); });
     };
     expectWellFormed(6s);
-    // Often, for there are three ways, and what one round shows takes part in the next.
+    // Several rounds, because there are different ways to use a control, and one round may show new
+    // ones.
     for (int round = 0; round < 12; ++round) {
         const QWidgetList controls = host.controls();
         for (QWidget *const control : controls) {
@@ -36,10 +38,10 @@ static void checkRequests(Host &host)
 static void checkQuiet(Host &host)
 {
     host.open();
-    host.expectRequests({}, [](const Request &) { return true; });
+    host.takeRequests();
     step("the camera changes itself");
     for (int change = 0; change < 60; ++change) {
-        // Now and then a value that means nothing.
+        // Some of these values have no meaning.
         host.camera.setValue(settingFields.at(host.any(4)), static_cast<quint8>(host.any(5)));
         host.live(host.anyTime(3000));
         host.expectRequests("nothing sent while only the camera changes", &Request::asks);
@@ -51,13 +53,13 @@ static void checkGuiThread(Host &host)
     host.open();
     for (int use = 0; use < 25; ++use) {
         host.useAny();
-        QThread::msleep(20); // other threads have real time
-        host.expectRequests("requests of the GUI thread alone",
+        QThread::msleep(20); // gives other threads real time
+        host.expectRequests("requests on the GUI thread only",
                             [](const Request &request) { return request.onGuiThread; });
     }
 }
 
-/// An answer to the get `unit` that no sound host gives.
+/// A wrong answer to the read `unit`.
 static QVariant oddAnswer(const QString &kind, ExtensionUnit unit, Host &host)
 {
     static bool nested = false;
@@ -92,12 +94,12 @@ static void checkAnswers(Host &host)
                 return oddAnswer(kind, unit, host);
             };
             if (atStart)
-                host.answer = answer;
+                host.readAnswer = answer;
             host.window->show();
             step(QString("answers that are ") + kind);
             host.insert();
             host.live(6s);
-            host.answer = answer;
+            host.readAnswer = answer;
             for (int use = 0; use < 20; ++use)
                 host.useAny();
         }
@@ -108,14 +110,14 @@ static void checkRandomUse(Host &host)
 {
     host.open();
     for (int use = 0; use < 400; ++use) {
-        const int what = host.any(8);
-        if (what == 0)
+        const int choice = host.any(8);
+        if (choice == 0)
             host.camera.setValue(settingFields.at(host.any(4)), static_cast<quint8>(host.any(256)));
-        else if (what == 1)
+        else if (choice == 1)
             host.window->resize(200 + host.any(800), 200 + host.any(1200));
-        else if (what == 2)
+        else if (choice == 2)
             host.window->setVisible(host.any(4) > 0);
-        else if (what == 3)
+        else if (choice == 3)
             host.reset();
         host.useAny();
     }
@@ -125,7 +127,7 @@ std::vector<Check> requestChecks()
 {
     return {
         {"requests", "Each request is well-formed.", checkRequests, "opens"},
-        {"quiet", "A camera that changes itself is sent nothing.", checkQuiet, "opens"},
+        {"quiet", "Nothing is sent when the camera changes by itself.", checkQuiet, "opens"},
         {"gui-thread", "It calls the channel on the GUI thread only.", checkGuiThread, "opens"},
         {"answers", "It survives answers that are missing, short, empty, foreign, random or late.",
          checkAnswers, "destruction"},

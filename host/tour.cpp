@@ -1,13 +1,12 @@
 #include "tour.h"
 
 #include "commandchannel.h"
+#include "mousepress.h"
 #include "simulatedcamera.h"
 #include "transfertext.h"
 
 #include <QAbstractButton>
 #include <QCoreApplication>
-#include <QMouseEvent>
-#include <QPointer>
 #include <QRegularExpression>
 #include <QWidget>
 
@@ -95,7 +94,8 @@ void Tour::takeTransfer(const Transfer &transfer)
     if (transfer.isStatusRead() && transfer.bytes.size() >= FieldCount) {
         m_camera.emplace();
         std::copy_n(transfer.bytes.cbegin(), FieldCount, m_camera->begin());
-    } else if (transfer.selector == commandSelector && transfer.succeeded() && m_camera) {
+    } else if (transfer.selector == commandSelector && transfer.outcome == Transfer::Succeeded &&
+               m_camera) {
         m_camera->at(fieldOf(transfer.bytes)) = quint8(transfer.bytes[valueOffset]);
     }
     printTransfer(transfer);
@@ -173,19 +173,10 @@ void Tour::finish(bool agreed)
 
 bool Tour::press(const QString &name)
 {
-    const QPointer<QWidget> control = m_window.findChild<QWidget *>(name);
+    auto *const control = m_window.findChild<QWidget *>(name);
     if (!control || !control->isVisible() || !control->isEnabled())
         return false;
-    const QPoint center = control->rect().center();
-    const QPoint inWindow = control->mapTo(&m_window, center);
-    const QPoint onScreen = control->mapToGlobal(center);
-    QMouseEvent pressEvent(QEvent::MouseButtonPress, center, inWindow, onScreen, Qt::LeftButton,
-                           Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(control, &pressEvent);
-    QMouseEvent releaseEvent(QEvent::MouseButtonRelease, center, inWindow, onScreen, Qt::LeftButton,
-                             Qt::NoButton, Qt::NoModifier);
-    if (control)
-        QCoreApplication::sendEvent(control, &releaseEvent);
+    pressMouse(*control, control->rect().center());
     return true;
 }
 

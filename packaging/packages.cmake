@@ -1,4 +1,4 @@
-# Debian packages of what is installed, one for each component, made by CPack; ./package calls it.
+# Makes a Debian package for each installed component, with CPack. Used by ./package.
 
 set(plugin_package m24-tracking)
 set(programs_package m24-tracking-tools)
@@ -8,7 +8,7 @@ set(components plugin programs development)
 find_program(HELP2MAN help2man REQUIRED)
 find_program(GZIP gzip REQUIRED)
 
-# compress(<output> <input>): as Debian wants it, without name and time.
+# compress(<output> <input>): without name and time, as Debian requires.
 function(compress output input)
     add_custom_command(OUTPUT ${output} COMMAND ${GZIP} -n9c ${input} > ${output}
         DEPENDS ${input} VERBATIM)
@@ -16,8 +16,9 @@ function(compress output input)
     add_custom_target(compress_${name} ALL DEPENDS ${output})
 endfunction()
 
-# man_page(<program> <description>): its own --help as a page of section 1. help2man gives the
-# program's path to a shell without quotes: a relative one has no space in it, wherever this is built.
+# man_page(<program> <description>): makes a page of section 1 from the program's --help. The path is
+# relative because help2man passes it to a shell without quotes, and the build folder's path may have
+# spaces.
 function(man_page program description)
     set(page ${PROJECT_BINARY_DIR}/${program}.1)
     add_custom_command(OUTPUT ${page}
@@ -30,7 +31,7 @@ endfunction()
 
 man_page(orvhost "load a settings panel for cameras and give it a camera")
 man_page(orvcheck "check whether a settings panel for cameras keeps the contract")
-# The module cannot be asked for help.
+# The module has no --help.
 set(page ${PROJECT_BINARY_DIR}/orv_hostcheck.7)
 set(m24_module_folder ${CMAKE_INSTALL_PREFIX}/${m24_modules})
 configure_file(${CMAKE_CURRENT_LIST_DIR}/orv_hostcheck.7.in ${page} @ONLY)
@@ -51,26 +52,27 @@ install(DIRECTORY examples
 set(CPACK_COMPONENT_PLUGIN_DESCRIPTION "settings panel for a camera's subject tracking
 A Qt 5 plug-in for camera-control applications. It adds one settings panel,
 \"AI Tracking\": tracking on or off, what is tracked, how the camera follows
-and how the picture is composed. It follows a camera whose tracking is turned
-on or off, or whose type is changed, by somebody else.")
+and how the picture is composed. It also shows changes of tracking and type that
+were made elsewhere.")
 set(CPACK_DEBIAN_PLUGIN_PACKAGE_SECTION video)
 
 set(CPACK_COMPONENT_PROGRAMS_DESCRIPTION "reference host and checks for camera settings panels
 The program orvhost loads a settings-panel plug-in and gives it a camera to
-work on, a simulated one or a real one. It shows every transfer between
-panel and camera and can put faults in the camera's way. The program orvcheck
-checks a panel against the contract with its host, and the module
-orv_hostcheck, loaded in place of a panel, checks the host.")
+control, a simulated one or a real one. It shows every transfer between panel
+and camera and can simulate faults. The program orvcheck checks whether a panel
+keeps the contract with its host. The module orv_hostcheck, loaded in place of a
+panel, checks the host.")
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_DEPENDS "${plugin_package} (= ${PROJECT_VERSION}), binutils")
 
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "interface and widgets for camera settings panels
-What it takes to write a settings panel for camera-control applications, or
-an application that loads such panels: the interface between the two, a
-static library of widgets, the pictures that a host brings, a package
-configuration for CMake and two small examples.")
+Everything needed to write a settings panel for camera-control applications, or
+an application that loads such panels: the interface between the two, a static
+library of widgets, the pictures that a host provides, a package configuration
+for CMake and two small examples.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "qtbase5-dev, libqt5svg5-dev")
+# Suggested for m24_add_panel_checks(), which needs orvcheck.
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS "${programs_package}")
 
 set(CPACK_VERBATIM_VARIABLES ON)
@@ -84,7 +86,7 @@ set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-# Whatever the umask is.
+# Independent of the umask.
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 include(CPack)

@@ -1,9 +1,9 @@
-// A host in a few lines: shows a settings panel that drives a camera of five bytes.
+// A minimal host: shows a settings panel that controls a camera with a state of five bytes.
 //
 //     minimal-host PLUGIN [PICTURE]
 //
-// With PICTURE it waits until the panel is there, saves a picture of it and ends: with 0 if the
-// panel has asked for the camera's status and the picture is written.
+// With PICTURE, it saves a picture of the panel after a second and exits. The exit status is 0 if
+// the panel has read the camera's status and the picture is written.
 
 #include "orvpluginapi.h"
 
@@ -23,9 +23,9 @@ int main(int argc, char *argv[])
     QWidget window;
     QVBoxLayout layout(&window);
 
-    // The full path: a relative one would be looked for in Qt's plug-in folders.
+    // An absolute path: Qt would look for a relative one in its plug-in folders.
     QPluginLoader loader(QFileInfo(QApplication::arguments().value(1)).absoluteFilePath());
-    // Made after the window, and so destroyed before it.
+    // Declared after the window, so destroyed before it.
     const std::unique_ptr<QObject> instance(loader.instance());
     auto *const panel = qobject_cast<OrvPluginApi *>(instance.get());
     if (!panel) {
@@ -33,7 +33,7 @@ int main(int argc, char *argv[])
         return 1;
     }
 
-    // Not read, tracking, type, mode, composition; and the commands that change them.
+    // Unused, tracking, type, mode, composition; and the commands that change them.
     quint8 status[] = {0, 1, 0, 1, 1};
     const quint8 commands[] = {0, 0x04, 0x10, 0x07, 0x13};
     bool statusRead = false;

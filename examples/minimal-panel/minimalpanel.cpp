@@ -1,5 +1,5 @@
-// A settings panel in a few lines: one switch, which turns the camera's tracking on and off and
-// follows the camera when somebody else does.
+// A minimal settings panel: one switch that turns the camera's tracking on and off, and follows
+// changes that were made elsewhere.
 
 #include "accessibility.h"
 #include "orvpluginapi.h"
@@ -25,7 +25,7 @@ public:
         const bool english =
             commandChannel(ChannelRequest::Setting, QVariant::fromValue(language)).toInt() == 1;
         const QString text = english ? QStringLiteral("Tracking") : QStringLiteral("跟踪");
-        // Its own setFixedSize() would silence the next slide.
+        // Not setFixedSize() of SwitchButton: it suppresses the next signal.
         toggle->setMinimumSize(44, 22);
         toggle->setMaximumSize(44, 22);
         makeAccessible(*toggle, text);
@@ -36,7 +36,8 @@ public:
         PanelPlacement::insertFirst(this, container);
 
         connect(toggle, &SwitchButton::onValueChanged, this, &MinimalPanel::sendTracking);
-        // Single shots, each started after an answer: a slow camera is not asked again meanwhile.
+        // A single shot, started after each answer, so that reads do not pile up behind a slow
+        // camera.
         poll->setSingleShot(true);
         poll->setInterval(1000);
         connect(poll, &QTimer::timeout, this, &MinimalPanel::readTracking);
@@ -54,13 +55,13 @@ private:
     {
         ExtensionUnit request;
         request.selector = 8;
-        // An answer that is no ExtensionUnit becomes an empty one.
+        // Any other type becomes an empty ExtensionUnit.
         const auto status = qvariant_cast<ExtensionUnit>(
             commandChannel(ChannelRequest::Extension, QVariant::fromValue(request)));
-        // A switch that slides has not yet reported what the user wants: the next answer will do.
+        // A switch that slides has not yet sent the user's choice. Wait for the next answer.
         const bool on = status.data[1] != 0;
         if (status.length > 1 && toggle->GetStatus() != on && !toggle->isSliding()) {
-            toggle->blockNextSignal(); // what comes from the camera is not sent back to it
+            toggle->blockNextSignal(); // do not send the value back to the camera
             toggle->SetStatus(on, false);
         }
         poll->start();

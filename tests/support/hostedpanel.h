@@ -1,16 +1,16 @@
 #pragma once
 
 #include "controltrackingplugin.h"
+#include "mousepress.h"
+#include "panelwindow.h"
 #include "recordinghost.h"
 #include "ui_root.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPointer>
-#include <QVBoxLayout>
 
-/// The way to the panel's private parts.
+/// Test access to private members.
 struct PanelInternals
 {
     static Ui_root &ui(ControlTrackingPlugin &panel) { return *panel.ui; }
@@ -21,26 +21,12 @@ struct PanelInternals
     }
 };
 
-/// A host's window with a container.
-struct HostWindow
-{
-    HostWindow()
-    {
-        (new QVBoxLayout(&window))->addWidget(container);
-        new QVBoxLayout(container);
-        window.resize(600, 900);
-    }
-
-    QWidget window;
-    QWidget *container = new QWidget;
-};
-
-/// A host, and a panel to be put into its window.
-struct HostedPanel : HostWindow
+/// A panel and its host.
+struct HostedPanel : PanelWindow
 {
     HostedPanel() { host.installIn(*panel); }
 
-    // A panel that was never inserted has no owner but this.
+    // A panel that was never inserted has no other owner.
     ~HostedPanel() { delete panel; }
 
     void insertAndShow()
@@ -51,19 +37,9 @@ struct HostedPanel : HostWindow
 
     Ui_root &ui() { return PanelInternals::ui(*panel); }
 
-    static void press(QWidget &widget)
-    {
-        const QPointF place = widget.rect().center();
-        const QPointer<QWidget> alive(&widget);
-        for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
-            QMouseEvent event(type, place, Qt::LeftButton,
-                              type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, {});
-            if (alive)
-                QCoreApplication::sendEvent(&widget, &event);
-        }
-    }
+    static void press(QWidget &widget) { pressMouse(widget, widget.rect().center()); }
 
-    /// Presses a control if a user could; with "key " before its name, by the space bar.
+    /// Presses a visible control, with the space bar if its name follows "key ".
     bool press(const QString &name)
     {
         auto *const control = panel->findChild<QWidget *>(name.section(' ', -1));
@@ -79,7 +55,7 @@ struct HostedPanel : HostWindow
         return true;
     }
 
-    /// What the panel shows, in words: switch, composition, checked buttons, visible rows.
+    /// What the panel shows: switch, composition, checked buttons, visible rows.
     QString shown()
     {
         QStringList words{ui().sw_title->GetStatus() ? "on" : "off",

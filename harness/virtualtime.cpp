@@ -13,17 +13,17 @@
 namespace VirtualTime {
 
 std::chrono::milliseconds now{0};
-static thread_local bool rules = false;
+static thread_local bool isStarted = false;
 
 void start()
 {
-    if (rules)
+    if (isStarted)
         return;
     timespec real;
     clock_gettime(CLOCK_MONOTONIC, &real);
     now = 1000s * (real.tv_sec / 1000 + 1);
-    rules = true;
-    // A loop that would wait, such as that of a dialog, moves the clock itself.
+    isStarted = true;
+    // An event loop that would wait, such as a dialog's, moves the clock instead.
     if (auto *const dispatcher = QAbstractEventDispatcher::instance()) {
         QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, dispatcher,
                          [dispatcher] {
@@ -35,7 +35,7 @@ void start()
 
 void catchUp()
 {
-    // A timer without interval is always due.
+    // Limited, because a timer with an interval of 0 is always due.
     for (int turns = 0; turns < 100; ++turns) {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         if (!QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents))
@@ -62,16 +62,16 @@ static std::chrono::milliseconds readClock()
     static int reads = 0;
     if (std::exchange(last, VirtualTime::now) != VirtualTime::now)
         reads = 0;
-    // A loop that only watches the clock would watch it forever.
+    // Ends loops that only watch the clock.
     if (++reads > 10000)
         VirtualTime::now += 10ms;
     return VirtualTime::now;
 }
 
-// In place of the C library's, for every library of the program.
+// These replace the C library's functions for every library of the program.
 extern "C" Q_DECL_EXPORT int clock_gettime(clockid_t clock, timespec *time) noexcept
 {
-    if (!VirtualTime::rules || clock == CLOCK_REALTIME)
+    if (!VirtualTime::isStarted || clock == CLOCK_REALTIME)
         return int(syscall(SYS_clock_gettime, clock, time));
     const auto now = readClock();
     *time = {now / 1s, now % 1s / 1ns};
@@ -80,7 +80,7 @@ extern "C" Q_DECL_EXPORT int clock_gettime(clockid_t clock, timespec *time) noex
 
 extern "C" Q_DECL_EXPORT int nanosleep(const timespec *span, timespec *rest)
 {
-    if (VirtualTime::rules)
+    if (VirtualTime::isStarted)
         VirtualTime::now += std::chrono::ceil<std::chrono::milliseconds>(
             std::chrono::seconds(span->tv_sec) + std::chrono::nanoseconds(span->tv_nsec));
     return int(syscall(SYS_nanosleep, span, rest));
@@ -88,7 +88,7 @@ extern "C" Q_DECL_EXPORT int nanosleep(const timespec *span, timespec *rest)
 
 extern "C" Q_DECL_EXPORT int gettimeofday(timeval *time, void *zone) noexcept
 {
-    if (!VirtualTime::rules)
+    if (!VirtualTime::isStarted)
         return int(syscall(SYS_gettimeofday, time, zone));
     const auto now = readClock();
     *time = {now / 1s, now % 1s / 1us};

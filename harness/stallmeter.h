@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <chrono>
+
+/// Measures how long the event loop of a thread, and with it its windows, is blocked: the longest
+/// time between two timeouts of a timer that is due every 5 ms.
+class StallMeter
+{
+public:
+    /// Measures the current thread, from the next turn of its event loop on.
+    StallMeter();
+
+    /// 0 until the loop has turned twice.
+    std::chrono::nanoseconds longest() const { return m_longest; }
+
+private:
+    QTimer m_heart;
+    QElapsedTimer m_sinceBeat; // invalid until the first beat
+    std::chrono::nanoseconds m_longest{0};
+};
