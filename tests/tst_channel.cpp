@@ -103,6 +103,19 @@ private Q_SLOTS:
         }
     }
 
+    void changesItself()
+    {
+        SimulatedCamera camera;
+        Faults faults = noFaults;
+        faults[Fault::ChangesItself] = 1;
+        camera.setFaults(faults);
+        QSignalSpy changes(&camera, &SimulatedCamera::statusChanged);
+        for (int read = 0; read < 12; ++read)
+            camera.readStatus();
+        QCOMPARE(changes.size(), 4);
+        QCOMPARE(camera.status(), (SimulatedCamera::Status{0, 0, 1, 2, 1})); // each setting once
+    }
+
     void otherRequests()
     {
         Channel channel;

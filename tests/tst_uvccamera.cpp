@@ -45,31 +45,32 @@ private Q_SLOTS:
         {
             const char *refusal; // a part of it
             QByteArray descriptors = oneUnit;
-            int node = 0;
+            const char *node = "video0";
             int unit = 0;
             MockCamera::Control command = {};
             MockCamera::Control status = {};
             UvcCamera::Use use = UvcCamera::Use::ReadAndWrite;
         } rows[] = {
             {"", foreign},
-            {"", two, 0, 4},
+            {"", two, "video0", 4},
             {"controls 7 and 8: 4, 5. Choose one with --unit.", two},
             {"its units: none. Choose one with --unit.", head},
             {"its units: 4, 5. Choose one with --unit.", parts},
-            {"7 of unit 9 cannot be set: GET_LEN failed: ENOENT", oneUnit, 0, 9},
-            {"/dev/video1 is not a capture node", oneUnit, 1},
-            {"Opening /dev/video9 failed: ENOENT", oneUnit, 9},
-            {"set: it has 32 bytes, not 60.", oneUnit, 0, 0, {32}},
-            {"7 of unit 4 cannot be set: the camera", oneUnit, 0, 0, {60, 1}},
-            {"read: it has 0 bytes.", oneUnit, 0, 0, {}, {0}},
-            {"8 of unit 4 cannot be read: the", oneUnit, 0, 0, {}, {60, 2}},
-            {"", oneUnit, 0, 0, {32, 1}, {}, UvcCamera::Use::ReadOnly},
+            {"7 of unit 9 cannot be set: GET_LEN failed: ENOENT", oneUnit, "video0", 9},
+            {"/dev/video1 is not a capture node", oneUnit, "video1"},
+            {"Opening /dev/video9 failed: ENOENT", oneUnit, "video9"},
+            {"Opening /dev/null failed: ENOTTY", oneUnit, "null"},
+            {"set: it has 32 bytes, not 60.", oneUnit, "video0", 0, {32}},
+            {"7 of unit 4 cannot be set: the camera", oneUnit, "video0", 0, {60, 1}},
+            {"read: it has 0 bytes.", oneUnit, "video0", 0, {}, {0}},
+            {"8 of unit 4 cannot be read: the", oneUnit, "video0", 0, {}, {60, 2}},
+            {"", oneUnit, "video0", 0, {32, 1}, {}, UvcCamera::Use::ReadOnly},
         };
         for (const auto &row : rows) {
             MockCamera mock("A1", row.descriptors);
             mock.controls = {{7, row.command}, {8, row.status}};
             mock.plugIn(0);
-            const QString node = "/dev/video" + QString::number(row.node);
+            const QString node = QString("/dev/") + row.node;
             CameraRefusal refusal;
             const auto camera = UvcCamera::open(node, row.unit, row.use, &refusal);
             const QString text = refusalText(node, refusal);
