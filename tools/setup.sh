@@ -91,17 +91,18 @@ install_build_tools() {
         fonts-dejavu-core fonts-wqy-microhei x11-utils
 }
 
-# build_preset <preset> <target> [configure option...]: configures and builds in build/<preset>.
+# build_preset <preset> <targets> [configure option...]: configures and builds in build/<preset>.
 build_preset() {
     say "Building." >&2
     logged "$1" configure_and_build "$@"
 }
 
 configure_and_build() {
-    preset=$1 target=$2
+    preset=$1 targets=$2
     shift 2
+    # shellcheck disable=SC2086 # a list of names
     cmake -S "$here" --preset "$preset" "$@" &&
-        cmake --build "$here/build/$preset" --target "$target"
+        cmake --build "$here/build/$preset" --target $targets
 }
 
 # build_example <source folder> <build folder> [prefix]: builds an example against the installation in
