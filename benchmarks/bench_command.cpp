@@ -9,8 +9,8 @@ struct Panel : ControlTrackingPlugin
 {
     Panel()
     {
-        const QVariant answer = QVariant::fromValue(ExtensionUnit());
-        commandChannel = [answer](int /*request*/, const QVariant & /*record*/) {
+        commandChannel = [](int /*request*/, const QVariant & /*record*/) {
+            static const QVariant answer = QVariant::fromValue(ExtensionUnit());
             return answer;
         };
     }

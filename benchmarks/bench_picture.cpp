@@ -39,18 +39,24 @@ QPixmap noise(unsigned seed)
     return QPixmap::fromImage(image);
 }
 
+/// The same pixels in memory for both sides.
+const QPixmap &pictureOf(int frame)
+{
+    static const QPixmap pictures[] = {noise(1), noise(2)};
+    return pictures[frame % 2];
+}
+
 /// Shows another picture in every frame.
 template <typename Display>
 void livePicture(benchmark::State &state)
 {
-    static const QPixmap pictures[] = {noise(1), noise(2)};
     Display display;
     display.resize(640, 480);
     display.show();
     QCoreApplication::processEvents();
     int frame = 0;
     for ([[maybe_unused]] auto iteration : state) {
-        display.setPixmap(pictures[++frame % 2]);
+        display.setPixmap(pictureOf(++frame));
         QCoreApplication::processEvents();
         // The platform requests paints with some ms of delay; do not wait.
         QEvent request(QEvent::UpdateRequest);
