@@ -6,8 +6,7 @@
 /// follow it in the thread that called start(). The clock advances by 10 ms when an event loop of
 /// that thread would wait, or when code does nothing but read it, and by the length of each sleep,
 /// which also takes its real time. Waiting for another thread does not move it, so such a wait may
-/// last longer than its time limit. CLOCK_REALTIME of the C library stays real because fuzzing
-/// engines need it.
+/// last longer than its time limit. CLOCK_REALTIME of the C library stays real.
 namespace VirtualTime {
 
 using namespace std::chrono_literals;
