@@ -1,4 +1,4 @@
-// Checks the requests of a panel, and how it takes the answers.
+// Checks a panel's requests, and how it handles the answers.
 
 #include "check.h"
 #include "host.h"
@@ -21,8 +21,7 @@ static void checkRequests(Host &host)
                             [](const Request &request) { return request.problem().isEmpty(); });
     };
     expectWellFormed(6s);
-    // Several rounds, because there are different ways to use a control, and one round may show new
-    // ones.
+    // Each round uses the controls in random ways, and may show others.
     for (int round = 0; round < 12; ++round) {
         const QWidgetList controls = host.controls();
         for (QWidget *const control : controls) {
