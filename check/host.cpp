@@ -30,8 +30,6 @@ void Host::load()
     VirtualTime::start();
     destroyWindow();
     takeRequests();
-    camera.setStatus(factoryStatus);
-    language = 1;
     readAnswer = nullptr;
     m_window = std::make_unique<PanelWindow>();
     window = &m_window->window;
