@@ -96,11 +96,11 @@ static void pressSpace(QWidget *control)
 {
     const QPointer<QWidget> alive(control);
     control->setFocus(Qt::TabFocusReason);
-    for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        QKeyEvent event(type, Qt::Key_Space, {}, " ");
-        if (alive)
-            QCoreApplication::sendEvent(control, &event);
-    }
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_Space, {}, " ");
+    QKeyEvent release(QEvent::KeyRelease, Qt::Key_Space, {}, " ");
+    QCoreApplication::sendEvent(control, &press);
+    if (alive)
+        QCoreApplication::sendEvent(control, &release);
 }
 
 void Host::use(QWidget *control)

@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 
 Q_LOGGING_CATEGORY(hostCheck, "orv_hostcheck")
 
-/// A rule for hosts, and what is known about it.
+/// A rule for hosts, and whether the host keeps it.
 struct Rule
 {
     enum State { NotYetSeen, Passed, Failed };
@@ -119,7 +119,7 @@ HostCheck::HostCheck()
     // In a host that sets no width, lines that wrap would make the window narrow and too high.
     setMinimumWidth(60 * fontMetrics().averageCharWidth());
     showRules();
-    // A single shot, started after each answer, leaves the window responsive behind a slow host.
+    // Started again after each answer, so that requests do not pile up in a slow host.
     m_poll.setSingleShot(true);
     m_poll.setInterval(1s);
     connect(&m_poll, &QTimer::timeout, this, &HostCheck::makeRequests);
@@ -139,14 +139,14 @@ HostCheck::~HostCheck()
     if (std::exchange(living, nullptr) != this)
         return; // the summary is already written
     const bool onGuiThread = noteCall("the destructor");
-    // Handles the notes of calls on other threads.
+    // Calls on other threads have been posted, see noteCall().
     if (onGuiThread)
         QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
     judge(m_destroyed, !m_requesting);
     summarize();
 }
 
-/// Sets the rule's state. A rule that has failed stays that way.
+/// Sets the rule's state and logs a change. A failed rule stays failed.
 void HostCheck::judge(Rule &rule, bool kept, const QString &seen)
 {
     const Rule::State before = rule.state;
@@ -203,7 +203,7 @@ void HostCheck::showEvent(QShowEvent *event)
     });
 }
 
-/// Returns whether the call comes on the GUI thread. Updates the line there.
+/// Returns whether the call comes on the GUI thread. Judges that rule later, on that thread.
 bool HostCheck::noteCall(const char *function)
 {
     const bool kept = QThread::currentThread() == QCoreApplication::instance()->thread();
@@ -242,7 +242,7 @@ void HostCheck::askForSettings()
 
 void HostCheck::readStatus()
 {
-    // Qt ends the process when a type is registered a second time with another size.
+    // Registering the type again with another size would end the process.
     const int size = QMetaType::sizeOf(QMetaType::type("ExtensionUnit"));
     if (size != 0 && size != sizeof(ExtensionUnit)) {
         judge(m_status, false, QString("the host's has %1 bytes").arg(size));

@@ -128,7 +128,7 @@ std::vector<Check> requestChecks()
         {"requests", "Each request is well-formed.", checkRequests, "opens"},
         {"quiet", "Nothing is sent when the camera changes by itself.", checkQuiet, "opens"},
         {"gui-thread", "It calls the channel on the GUI thread only.", checkGuiThread, "opens"},
-        {"answers", "It survives answers that are missing, short, empty, foreign, random or late.",
+        {"answers", "It survives missing, short, empty, foreign, random and late answers.",
          checkAnswers, "destruction"},
         {"random-use", "It survives random use.", checkRandomUse, "opens"},
     };
