@@ -98,7 +98,7 @@ private:
         "The answer to a read of control 8 is an ExtensionUnit of 280 bytes with selector 8,"
         " a length of at most 255, and zeros beyond it"};
     Rule m_answers{"Every answer comes within 1000 ms"};
-    Rule m_thawed{"The event loop thaws a frozen window within 400 ms"};
+    Rule m_thawed{"A frozen window thaws within 400 ms"};
     Rule m_destroyed{"The instance is destroyed as a QObject, not during a request"};
     const std::array<const Rule *, 10> m_rules{
         &m_channelFirst, &m_resetLater, &m_insertedOnce, &m_guiThread, &m_language,

@@ -84,7 +84,7 @@ std::vector<Check> loadingChecks()
         {"load-time", "It loads in less than 100 ms.", checkLoadTime, "symbols", "96", 3},
         {"instance", "It has one instance at a time, which casts to the interface.", checkInstance,
          "symbols"},
-        {"identity", "It has a name and a category before it is inserted.", checkIdentity,
+        {"identity", "It has a name and a category before insertWidget().", checkIdentity,
          "instance"},
     };
 }

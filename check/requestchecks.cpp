@@ -126,7 +126,7 @@ std::vector<Check> requestChecks()
 {
     return {
         {"requests", "Each request is well-formed.", checkRequests, "opens"},
-        {"quiet", "Nothing is sent when the camera changes by itself.", checkQuiet, "opens"},
+        {"quiet", "It sends nothing when the camera changes by itself.", checkQuiet, "opens"},
         {"gui-thread", "It calls the channel on the GUI thread only.", checkGuiThread, "opens"},
         {"answers", "It survives missing, short, empty, foreign, random and late answers.",
          checkAnswers, "destruction"},

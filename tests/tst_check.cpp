@@ -61,6 +61,7 @@ private Q_SLOTS:
             {"says-it-passed", "opens", "exit with status 0; at: insertWidget"},
             {"hangs", "opens", "none within 3 s; at: insertWidget"},
             {"crashes-with-window", "destruction", "(Aborted); at: destroying the window "},
+            {"reads-too-early", "opening", "no request before insertWidget"},
             {"writes-on-opening", "opening", "a write to control 7 (Tracking: on)"},
             {"needs-layout", "containers", "none"},
             {"freezes-window", "thawed", "a frozen one"},
