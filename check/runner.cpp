@@ -60,12 +60,12 @@ bool runChecks(const std::vector<Check> &checks, const QString &plugin, quint32 
                 failed = true;
             }
         }
-        if (!details.isEmpty())
-            notPassed += check.name;
         out << qSetFieldWidth(16) << left << result << check.name << qSetFieldWidth(0) << check.rule
             << '\n';
-        for (const QString &line : details)
-            out << "  " << line << '\n';
+        if (!details.isEmpty()) {
+            notPassed += check.name;
+            out << "  " << details.join("\n  ") << '\n';
+        }
         out.flush();
     }
     return !failed;
