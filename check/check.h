@@ -1,17 +1,18 @@
 #pragma once
 
+#include <QString>
+
 #include <vector>
 
 class Host;
 
-/// One rule of the contract between host and panel, and how to check it. Each check runs in a
-/// process of its own, so a panel may do any damage there.
+/// One rule of the contract between host and panel, and how to check it.
 struct Check
 {
     const char *name;
     const char *rule;
     void (*run)(Host &host);
-    const char *needs = ""; ///< an earlier check; if that fails, this one is skipped
+    const char *needs = ""; ///< an earlier check; if that did not pass, this one is skipped
     const char *dpi = "96"; ///< the screen's logical density
     int tries = 1;          ///< fails only if this many attempts fail
 };
@@ -19,3 +20,7 @@ struct Check
 std::vector<Check> loadingChecks();
 std::vector<Check> lifeChecks();
 std::vector<Check> requestChecks();
+
+/// Runs each check in a process of its own, because a panel may crash or hang, and prints the
+/// results. Returns whether none failed.
+bool runChecks(const std::vector<Check> &checks, const QString &plugin, quint32 seed);

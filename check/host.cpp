@@ -15,7 +15,7 @@
 using namespace std::chrono_literals;
 using namespace TrackingProtocol;
 
-/// Closes a dialog or menu that has opened, which may run an event loop of its own.
+/// Closes menus and dialogs: each may run an event loop that the check waits for.
 static void closePopups()
 {
     for (auto *const open :
@@ -30,8 +30,6 @@ void Host::load()
     VirtualTime::start();
     destroyWindow();
     takeRequests();
-    camera.setStatus(TrackingProtocol::factoryStatus);
-    language = 1;
     readAnswer = nullptr;
     m_window = std::make_unique<PanelWindow>();
     window = &m_window->window;
@@ -43,34 +41,31 @@ void Host::load()
     instance = loaded.object;
     api = loaded.api;
     installIn(*api);
-    QObject::connect(instance, &QObject::destroyed, qApp, [this] { noteEnd(); });
     auto *const closer = new QTimer(window);
     QObject::connect(closer, &QTimer::timeout, closer, &closePopups);
     closer->start(500ms);
-    step("the first calls of the panel");
 }
 
 void Host::open()
 {
     load();
-    step("insertWidget");
+    step("insertWidget()");
     insert();
-    step("showing the window");
     window->show();
     live(100ms);
 }
 
 void Host::reset()
 {
-    step("resetToDefault");
+    step("resetToDefault()");
     api->resetToDefault();
 }
 
 void Host::live(std::chrono::milliseconds span) const
 {
     VirtualTime::advance(span);
-    expect(instance && container, "a panel that stays until the host destroys it or its window",
-           "the panel or its window is gone");
+    expect(instance && container, "a panel that lives until the host destroys it or its window",
+           "it is gone");
 }
 
 void Host::destroyPanel()
@@ -81,7 +76,7 @@ void Host::destroyPanel()
 
 void Host::destroyWindow()
 {
-    step("destroying the window, with the panel if it still exists");
+    step("destroying the window and the panel in it");
     m_window.reset();
     delete instance.data();
 }
@@ -90,10 +85,10 @@ QWidgetList Host::controls() const
 {
     const QWidget *const dialog = QApplication::activeModalWidget();
     QWidgetList controls = (dialog ? dialog : container.data())->findChildren<QWidget *>();
-    const auto isOutOfReach = [](const QWidget *widget) {
+    const auto isUnusable = [](const QWidget *widget) {
         return !widget->isEnabled() || widget->isWindow() || widget->visibleRegion().isEmpty();
     };
-    controls.erase(std::remove_if(controls.begin(), controls.end(), isOutOfReach), controls.end());
+    controls.erase(std::remove_if(controls.begin(), controls.end(), isUnusable), controls.end());
     return controls;
 }
 
@@ -101,11 +96,11 @@ static void pressSpace(QWidget *control)
 {
     const QPointer<QWidget> alive(control);
     control->setFocus(Qt::TabFocusReason);
-    for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        QKeyEvent event(type, Qt::Key_Space, {}, " ");
-        if (alive)
-            QCoreApplication::sendEvent(control, &event);
-    }
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_Space, {}, " ");
+    QKeyEvent release(QEvent::KeyRelease, Qt::Key_Space, {}, " ");
+    QCoreApplication::sendEvent(control, &press);
+    if (alive)
+        QCoreApplication::sendEvent(control, &release);
 }
 
 void Host::use(QWidget *control)
@@ -113,12 +108,10 @@ void Host::use(QWidget *control)
     const bool byKey = any(3) == 0;
     QPoint place = control->rect().center();
     if (any(2) == 0)
-        place.setX(std::min(place.x(), 8)); // where a check box has its box
-    step(QString("%1 %2 \"%3\" at %4, %5")
+        place.setX(std::min(place.x(), 8)); // in a check box, on the box
+    step(QString("%1 %2 \"%3\"")
              .arg(byKey ? "the space bar on" : "a click on", control->metaObject()->className(),
-                  control->objectName())
-             .arg(place.x())
-             .arg(place.y()));
+                  control->objectName()));
     if (byKey)
         pressSpace(control);
     else
@@ -134,12 +127,11 @@ void Host::useAny(int limit)
         live(std::chrono::milliseconds(any(1 + any(limit))));
 }
 
-void Host::expectRequests(const QString &expected, const std::function<bool(const Request &)> &fine,
-                          bool afterEnd)
+void Host::expectRequests(const QString &expected, const std::function<bool(const Request &)> &fine)
 {
     const QVector<Request> requests = takeRequests();
     for (const Request &request : requests)
-        expect(request.afterEnd != afterEnd || fine(request), expected, request.inWords());
+        expect(fine(request), expected, request.inWords());
 }
 
 QVariant Host::answer(const Request &request)

@@ -5,39 +5,37 @@
 #include "recordingchannel.h"
 #include "simulatedcamera.h"
 
+#include <QFileInfo>
 #include <QPointer>
 
 #include <functional>
 #include <memory>
 #include <random>
 
-/// The host that a check plays to a panel, or to several in succession: a window, and a channel to
-/// a simulated camera.
+/// A host for one panel after another: a window, and a channel to a simulated camera.
 class Host : public RecordingChannel
 {
 public:
-    /// All random choices follow from `seed`.
-    Host(QString pluginFile, quint32 seed)
-        : plugin(std::move(pluginFile))
+    /// `file` is the plug-in's. All random choices follow from `seed`.
+    Host(const QString &file, quint32 seed)
+        : plugin(QFileInfo(file).absoluteFilePath()) // Qt would look for a relative one elsewhere
         , m_random(seed)
     {
     }
 
-    /// Destroys the previous panel and window, if they still exist, and loads the plug-in for new
-    /// ones.
+    /// Destroys the previous panel and its window. Loads a new panel and makes a new window.
     void load();
 
     void insert() { api->insertWidget(container); }
-
-    void open(); ///< loads and inserts a panel, shows it, and waits a tenth of a second
+    void open(); ///< loads and inserts a panel, shows it, and waits 100 ms
     void reset();
 
-    /// Lets time pass. The panel must still be there afterwards.
+    /// Lets time pass. Ends the check if the panel is gone afterwards.
     void live(std::chrono::milliseconds span) const;
 
     void destroyPanel();
 
-    /// Destroys the window with everything in it, and the panel if that was elsewhere.
+    /// Destroys the window with everything in it, and the panel even if it is elsewhere.
     void destroyWindow();
 
     /// The widgets that a user could click now.
@@ -49,16 +47,14 @@ public:
     /// Uses a random control, if there is one, and waits for less than `limit` ms.
     void useAny(int limit = 1000);
 
-    /// Ends the check if a request since the last call is not `fine`. Looks only at requests of the
-    /// living panel, or only at those that panels made after their end.
-    void expectRequests(const QString &expected, const std::function<bool(const Request &)> &fine,
-                        bool afterEnd = false);
+    /// Ends the check if a request since the last call, or since load(), is not `fine`.
+    void expectRequests(const QString &expected, const std::function<bool(const Request &)> &fine);
 
     /// A random number from 0 to `count` - 1.
     int any(int count) { return static_cast<int>(m_random() % static_cast<unsigned>(count)); }
     std::chrono::milliseconds anyTime(int limit) { return std::chrono::milliseconds(any(limit)); }
 
-    const QString plugin;     ///< the absolute path of its file
+    const QString plugin;     ///< the absolute path of the plug-in's file
     QPointer<QWidget> window; ///< has room for any panel; not shown at first
     QPointer<QWidget> container;
     QPointer<QObject> instance;

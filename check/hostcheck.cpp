@@ -1,30 +1,44 @@
 #include "extensionrecord.h"
 #include "orvpluginapi.h"
 #include "panelplacement.h"
-#include "ruleline.h"
 #include "stallmeter.h"
 #include "trackingprotocol.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QLabel>
+#include <QLoggingCategory>
 #include <QThread>
 
 #include <algorithm>
-#include <chrono>
-#include <iterator>
+#include <array>
 #include <utility>
 
 using namespace std::chrono_literals;
 
 Q_LOGGING_CATEGORY(hostCheck, "orv_hostcheck")
 
-/// A panel that checks whether its host keeps the contract of OrvPluginApi. It has a line for each
+/// A rule for hosts, and whether the host keeps it.
+struct Rule
+{
+    enum State { NotYetSeen, Passed, Failed };
+
+    const char *text;
+    State state = NotYetSeen;
+    QString seen = {};
+
+    QString inWords() const { return seen.isEmpty() ? text : QString("%1: %2").arg(text, seen); }
+};
+
+static constexpr const char *stateNames[] = {"not yet seen", "passed", "failed"};
+
+/// A panel that checks whether its host keeps the contract of OrvPluginApi. Shows a line for each
 /// rule. Lines also go to the debug stream (category "orv_hostcheck"): each when it first passes or
 /// fails, and all of them when the instance is destroyed or the application ends.
 ///
-/// It makes requests in insertWidget(), as panels do, and then once a second while it is visible.
-/// All of them only read a setting or the camera.
-class HostCheck : public QWidget, public OrvPluginApi
+/// Makes requests in insertWidget(), as panels do, and then once a second. All requests only read a
+/// setting or the camera's status.
+class HostCheck : public QLabel, public OrvPluginApi
 {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID "com.talsen.OrvPluginApi")
@@ -47,7 +61,7 @@ public:
     void resetToDefault() override
     {
         if (noteCall("resetToDefault") && m_insertions == 0)
-            m_resetLater.judge(false, "it came before");
+            judge(m_resetLater, false);
     }
     void insertWidget(QWidget *container) override;
     void syncPropValue(QString /*property*/, long /*value*/) override { noteCall("syncPropValue"); }
@@ -60,8 +74,13 @@ public:
 
 protected:
     void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent * /*event*/) override { makeRoom(); }
 
 private:
+    void judge(Rule &rule, bool kept, const QString &seen = {});
+    void showRules();
+    // Where space is short, layouts give a label that wraps only one line.
+    void makeRoom() { setMinimumHeight(heightForWidth(width())); }
     bool noteCall(const char *function);
     void makeRequests();
     void askForSettings();
@@ -69,44 +88,46 @@ private:
     QVariant request(int kind, const QVariant &record);
     void summarize() const;
 
-    QVBoxLayout *const m_lines = new QVBoxLayout(this);
-    RuleLine m_channelFirst{*m_lines, "The channel is installed before insertWidget, and stays"};
-    RuleLine m_resetLater{*m_lines, "resetToDefault comes only after insertWidget"};
-    RuleLine m_insertedOnce{*m_lines, "insertWidget comes once, with a container that is shown"};
-    RuleLine m_guiThread{*m_lines, "Every call comes on the GUI thread"};
-    RuleLine m_language{*m_lines, "The answer to the setting \"language\" is a number"};
-    RuleLine m_otherSetting{*m_lines, "A query for an unknown setting does no harm"};
-    RuleLine m_status{*m_lines, "The answer to a read of control 8 is an ExtensionUnit of 280 bytes"
-                                " with selector 8, a length of at most 255, and zeros beyond it"};
-    RuleLine m_answers{*m_lines, "Every answer comes within 1000 ms"};
-    RuleLine m_thawed{*m_lines, "The event loop thaws a frozen window"};
-    RuleLine m_destroyed{*m_lines, "The instance is destroyed as a QObject, not during a request"};
+    Rule m_channelFirst{"The channel is installed before insertWidget, and stays"};
+    Rule m_resetLater{"resetToDefault comes only after insertWidget"};
+    Rule m_insertedOnce{"insertWidget comes once, with a container that is shown"};
+    Rule m_guiThread{"Every call comes on the GUI thread"};
+    Rule m_language{"The answer to the setting \"language\" is a number"};
+    Rule m_otherSetting{"A query for an unknown setting does no harm"};
+    Rule m_status{
+        "The answer to a read of control 8 is an ExtensionUnit of 280 bytes with selector 8,"
+        " a length of at most 255, and zeros beyond it"};
+    Rule m_answers{"Every answer comes within 1000 ms"};
+    Rule m_thawed{"A frozen window thaws within 400 ms"};
+    Rule m_destroyed{"The instance is destroyed as a QObject, not during a request"};
+    const std::array<const Rule *, 10> m_rules{
+        &m_channelFirst, &m_resetLater, &m_insertedOnce, &m_guiThread, &m_language,
+        &m_otherSetting, &m_status,     &m_answers,      &m_thawed,    &m_destroyed};
     QTimer m_poll;
     StallMeter m_stalls;
     qint64 m_longestAnswer = 0; // ms
     int m_insertions = 0;
-    bool m_asked = false;
     bool m_requesting = false;
     static inline HostCheck *living = nullptr;
 };
 
 HostCheck::HostCheck()
 {
-    QFont small = font();
-    small.setPointSize(9);
-    setFont(small);
-    m_lines->insertWidget(0, new QLabel("<b>Host check</b>"));
+    setFont(QFont(font().family(), 9));
+    setWordWrap(true);
+    setMargin(9);
     // In a host that sets no width, lines that wrap would make the window narrow and too high.
     setMinimumWidth(60 * fontMetrics().averageCharWidth());
-    // A single shot, started after each answer, leaves the window responsive behind a slow host.
+    showRules();
+    // Started again after each answer, so that requests do not pile up in a slow host.
     m_poll.setSingleShot(true);
     m_poll.setInterval(1s);
     connect(&m_poll, &QTimer::timeout, this, &HostCheck::makeRequests);
     living = this;
-    // An instance that still exists now goes with the library, and a widget crashes then.
+    // An instance that still exists now crashes later, when its library is unloaded.
     qAddPostRoutine([] {
         if (living) {
-            living->m_destroyed.judge(false, "the application ended first");
+            living->judge(living->m_destroyed, false, "the application ended first");
             living->summarize();
         }
         living = nullptr;
@@ -118,22 +139,52 @@ HostCheck::~HostCheck()
     if (std::exchange(living, nullptr) != this)
         return; // the summary is already written
     const bool onGuiThread = noteCall("the destructor");
-    // Handles the notes of calls on other threads.
+    // Calls on other threads have been posted, see noteCall().
     if (onGuiThread)
         QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
-    m_destroyed.require(onGuiThread, "it was on another thread");
-    m_destroyed.require(!m_requesting, "it was during a request");
+    judge(m_destroyed, !m_requesting);
     summarize();
+}
+
+/// Sets the rule's state and logs a change. A failed rule stays failed.
+void HostCheck::judge(Rule &rule, bool kept, const QString &seen)
+{
+    const Rule::State before = rule.state;
+    if (before == Rule::Failed && kept)
+        return;
+    rule.state = kept ? Rule::Passed : Rule::Failed;
+    rule.seen = seen;
+    showRules();
+    if (rule.state == before)
+        return;
+    if (kept)
+        qCInfo(hostCheck, "passed: %s", qPrintable(rule.inWords()));
+    else
+        qCWarning(hostCheck, "failed: %s", qPrintable(rule.inWords()));
+}
+
+void HostCheck::showRules()
+{
+    // White text needs a background of its own: the host's may be light or dark.
+    static constexpr const char *colors[] = {"#5F6368", "#2E7D32", "#C62828"};
+    QString text = "<b>Host check</b>";
+    for (const Rule *const rule : m_rules)
+        text +=
+            QString("<p style='margin: 6px 0'>"
+                    "<span style='background: %1; color: white'>&nbsp;%2&nbsp;</span> %3</p>")
+                .arg(colors[rule->state], stateNames[rule->state], rule->inWords().toHtmlEscaped());
+    setText(text);
+    makeRoom();
 }
 
 void HostCheck::insertWidget(QWidget *container)
 {
     if (!noteCall("insertWidget"))
         return;
-    m_resetLater.judge(true); // it can no longer come before
+    judge(m_resetLater, true); // it can no longer come before
     if (++m_insertions > 1 || !container) {
-        m_insertedOnce.judge(false, container ? QString("call %1").arg(m_insertions)
-                                              : "there is no container");
+        judge(m_insertedOnce, false,
+              container ? QString("call %1").arg(m_insertions) : "there is no container");
         return;
     }
     PanelPlacement::insertFirst(this, container);
@@ -142,37 +193,33 @@ void HostCheck::insertWidget(QWidget *container)
 
 void HostCheck::showEvent(QShowEvent *event)
 {
-    QWidget::showEvent(event);
-    if (m_insertions == 0 || m_insertedOnce.state() == RuleLine::Passed)
+    QLabel::showEvent(event);
+    if (m_insertions == 0 || m_insertedOnce.state == Rule::Passed)
         return;
-    m_insertedOnce.judge(true);
+    judge(m_insertedOnce, true);
     QTimer::singleShot(100ms, this, [this] {
-        updateSpliter(this, &m_thawed, true);
-        QTimer::singleShot(400ms, this, [this] { // far later than the thaw is due
-            m_thawed.require(updatesEnabled(), "still frozen 400 ms later");
-        });
+        updateSpliter(this, this, true);
+        QTimer::singleShot(400ms, this, [this] { judge(m_thawed, updatesEnabled()); });
     });
 }
 
-/// Returns whether the call comes on the GUI thread. Updates the line there.
+/// Returns whether the call comes on the GUI thread. Judges that rule later, on that thread.
 bool HostCheck::noteCall(const char *function)
 {
     const bool kept = QThread::currentThread() == QCoreApplication::instance()->thread();
     QMetaObject::invokeMethod(this, [this, kept, function] {
-        m_guiThread.require(kept, QString("%1 came on another").arg(function));
+        judge(m_guiThread, kept, kept ? "" : QString("%1 came on another").arg(function));
     });
     return kept;
 }
 
 void HostCheck::makeRequests()
 {
-    m_channelFirst.require(bool(commandChannel), "there is none");
-    if (commandChannel && (isVisible() || !m_asked)) {
-        if (!m_asked)
-            askForSettings();
-        m_asked = true;
+    judge(m_channelFirst, bool(commandChannel));
+    if (commandChannel && m_otherSetting.state == Rule::NotYetSeen)
+        askForSettings();
+    if (commandChannel)
         readStatus();
-    }
     m_poll.start();
 }
 
@@ -189,34 +236,34 @@ void HostCheck::askForSettings()
     const QVariant language = query("language");
     const bool text =
         language.userType() == QMetaType::QString || language.userType() == QMetaType::QByteArray;
-    m_language.judge(language.canConvert<int>() && !text, describeType(language));
-    m_otherSetting.judge(true, describeType(query("orv_hostcheck_no_such_setting")));
+    judge(m_language, language.canConvert<int>() && !text, describeType(language));
+    judge(m_otherSetting, true, describeType(query("orv_hostcheck_no_such_setting")));
 }
 
 void HostCheck::readStatus()
 {
-    // Qt ends the process when a type is registered a second time with another size.
+    // Registering the type again with another size would end the process.
     const int size = QMetaType::sizeOf(QMetaType::type("ExtensionUnit"));
     if (size != 0 && size != sizeof(ExtensionUnit)) {
-        m_status.judge(false, QString("the host's has %1 bytes").arg(size));
+        judge(m_status, false, QString("the host's has %1 bytes").arg(size));
         return;
     }
     const int selector = TrackingProtocol::statusSelector;
     const QVariant answer = request(ChannelRequest::Extension,
                                     QVariant::fromValue(extensionRecord(false, selector, {})));
     if (answer.userType() != qMetaTypeId<ExtensionUnit>()) {
-        m_status.judge(false, describeType(answer));
+        judge(m_status, false, describeType(answer));
         return;
     }
     const auto unit = answer.value<ExtensionUnit>();
     const int length = payloadOf(unit).size();
     const bool leftovers =
         std::any_of(unit.data + length, std::end(unit.data), [](quint8 byte) { return byte != 0; });
-    m_status.judge(unit.selector == selector && unit.length == quint64(length) && !leftovers,
-                   QString("selector %1, length %2%3")
-                       .arg(unit.selector)
-                       .arg(unit.length)
-                       .arg(leftovers ? ", other bytes beyond it" : ""));
+    judge(m_status, unit.selector == selector && unit.length == quint64(length) && !leftovers,
+          QString("selector %1, length %2%3")
+              .arg(unit.selector)
+              .arg(unit.length)
+              .arg(leftovers ? ", other bytes beyond it" : ""));
 }
 
 QVariant HostCheck::request(int kind, const QVariant &record)
@@ -226,26 +273,19 @@ QVariant HostCheck::request(int kind, const QVariant &record)
     m_requesting = true;
     QVariant answer = commandChannel(kind, record);
     m_requesting = false;
-    const qint64 last = time.elapsed();
-    m_longestAnswer = std::max(m_longestAnswer, last);
-    m_answers.judge(m_longestAnswer <= 1000,
-                    QString("last %1 ms, longest %2 ms; longest stall of the window %3 ms")
-                        .arg(last)
-                        .arg(m_longestAnswer)
-                        .arg(m_stalls.longest() / 1ms));
+    m_longestAnswer = std::max(m_longestAnswer, time.elapsed());
+    judge(m_answers, m_longestAnswer <= 1000,
+          QString("the longest took %1 ms; the window was blocked for up to %2 ms")
+              .arg(m_longestAnswer)
+              .arg(m_stalls.longest() / 1ms));
     return answer;
 }
 
 void HostCheck::summarize() const
 {
-    const auto lines = findChildren<RuleLine *>();
-    int counts[] = {0, 0, 0};
-    for (const RuleLine *const line : lines)
-        ++counts[line->state()];
-    qCInfo(hostCheck, "At the end %d passed, %d failed, %d not yet seen:", counts[RuleLine::Passed],
-           counts[RuleLine::Failed], counts[RuleLine::NotYetSeen]);
-    for (const RuleLine *const line : lines)
-        qCInfo(hostCheck, "%s", qPrintable(line->accessibleName()));
+    qCInfo(hostCheck, "At the end:");
+    for (const Rule *const rule : m_rules)
+        qCInfo(hostCheck, "%s: %s", stateNames[rule->state], qPrintable(rule->inWords()));
 }
 
 #include "hostcheck.moc"

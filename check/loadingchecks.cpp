@@ -1,4 +1,4 @@
-// Checks a plug-in before it becomes part of a window.
+// Checks a plug-in up to its first instance, before insertWidget().
 
 #include "check.h"
 #include "host.h"
@@ -27,10 +27,9 @@ static void checkExports(Host &host)
 {
     QProcess nm;
     nm.start("nm", {"-D", "--defined-only", "--format=just-symbols", host.plugin});
-    nm.waitForFinished();
-    expect(nm.error() != QProcess::FailedToStart, "the program nm (package binutils)",
-           "no such program");
-    expect(nm.exitCode() == 0, "a list of exports from nm", nm.readAllStandardError());
+    const bool hasRun = nm.waitForFinished() && nm.exitCode() == 0;
+    expect(hasRun, "a list of exports from nm (package binutils)",
+           nm.errorString() + ' ' + nm.readAllStandardError());
     QStringList others = QString(nm.readAllStandardOutput()).split('\n');
     for (const char *const allowed : {"qt_plugin_instance", "qt_plugin_query_metadata", ""})
         others.removeAll(allowed);
@@ -70,9 +69,9 @@ static void checkInstance(Host &host)
 static void checkIdentity(Host &host)
 {
     host.load();
-    OrvPluginApi *const api = host.api;
-    expect(!api->name().isEmpty(), "a name", "an empty one");
-    expect(api->category() >= 0, "a category of 0 or more", QString::number(api->category()));
+    expect(!host.api->name().isEmpty(), "a name", "an empty one");
+    const int category = host.api->category();
+    expect(category >= 0, "a category of 0 or more", QString::number(category));
 }
 
 std::vector<Check> loadingChecks()
@@ -81,11 +80,11 @@ std::vector<Check> loadingChecks()
         {"metadata", "The plug-in's metadata names the interface.", checkMetadata},
         {"qt-version", "It is built for this Qt, release or debug.", checkQtVersion, "metadata"},
         {"exports", "It exports only Qt's two entry points.", checkExports, "metadata"},
-        {"symbols", "All symbols that it needs exist.", checkSymbols, "qt-version"},
+        {"symbols", "Every symbol that it uses is defined.", checkSymbols, "qt-version"},
         {"load-time", "It loads in less than 100 ms.", checkLoadTime, "symbols", "96", 3},
-        {"instance", "It has one instance, casts to the interface, and a new instance after that.",
-         checkInstance, "symbols"},
-        {"identity", "It has a name and a category before it is inserted.", checkIdentity,
+        {"instance", "It has one instance at a time, which casts to the interface.", checkInstance,
+         "symbols"},
+        {"identity", "It has a name and a category before insertWidget().", checkIdentity,
          "instance"},
     };
 }

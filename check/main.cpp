@@ -1,6 +1,6 @@
+#include "check.h"
 #include "host.h"
 #include "report.h"
-#include "runner.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -8,43 +8,38 @@
 #include <QRandomGenerator>
 #include <QTextStream>
 
-#include <algorithm>
 #include <csignal>
-#include <iterator>
 #include <sys/prctl.h>
-
-static constexpr int failed = 1;
-static constexpr int badArguments = 2;
 
 static int complain(const QString &sentence)
 {
     QTextStream(stderr) << "orvcheck: " << sentence << '\n';
-    return badArguments;
+    return 2;
 }
 
 static std::vector<Check> allChecks()
 {
     std::vector<Check> checks;
-    for (const auto &some : {loadingChecks(), lifeChecks(), requestChecks()})
-        checks.insert(checks.end(), some.begin(), some.end());
+    for (const auto &group : {loadingChecks(), lifeChecks(), requestChecks()})
+        checks.insert(checks.end(), group.begin(), group.end());
     return checks;
 }
 
 /// Runs one check in this process: --check NAME PLUGIN SEED.
-static int runOneCheck(int argc, char *argv[])
+static int runInThisProcess(int argc, char *argv[])
 {
     for (const Check &check : allChecks()) {
         if (argc != 5 || qstrcmp(check.name, argv[2]) != 0)
             continue;
-        prctl(PR_SET_PDEATHSIG, SIGKILL); // a panel that hangs must not outlive its checker
+        prctl(PR_SET_PDEATHSIG, SIGKILL); // if orvcheck is killed while this panel hangs
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qputenv("QT_FONT_DPI", check.dpi);
-        qputenv("QT_LOGGING_RULES", "default.warning=false"); // about limits of that platform
+        qputenv("QT_LOGGING_RULES", "default.warning=false"); // the offscreen platform's
         const QApplication application(argc, argv);
         QApplication::setQuitOnLastWindowClosed(false);
         const QStringList arguments = QApplication::arguments();
         beginReports();
-        Host host(QFileInfo(arguments.at(3)).absoluteFilePath(), arguments.at(4).toUInt());
+        Host host(arguments.at(3), arguments.at(4).toUInt());
         check.run(host);
         endReports();
     }
@@ -54,21 +49,22 @@ static int runOneCheck(int argc, char *argv[])
 int main(int argc, char *argv[])
 {
     if (argc > 1 && qstrcmp(argv[1], "--check") == 0)
-        return runOneCheck(argc, argv);
+        return runInThisProcess(argc, argv);
 
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationVersion(ORVCHECK_VERSION);
     QCommandLineParser parser;
     parser.setApplicationDescription(
         "Checks whether a settings-panel plug-in keeps the contract with its host. Each check runs "
-        "in a process of its own, with a virtual clock, so that timers take no time.\n\n"
+        "in a separate process with a virtual clock, so it does not wait for timers.\n\n"
         "To run one check in a debugger: gdb --args orvcheck --check NAME PLUGIN SEED\n\n"
         "Exit status: 0 if no check failed, 1 if one did, 2 for bad arguments.");
     parser.addOptions({
         {"list", "Print the name and the rule of each check, and exit."},
         {"only", "Run only this check. May be given several times.", "name"},
         {"skip", "Do not run this check. May be given several times.", "name"},
-        {"seed", "Repeat the random choices of an earlier run.", "n"},
+        {"seed", "Repeat the random choices of an earlier run.", "n",
+         QString::number(QRandomGenerator::global()->generate())},
         // The parser's own help would list Qt's options, which have no effect here.
         {{"h", "help"}, "Print this help."},
         {{"v", "version"}, "Print the version."},
@@ -103,13 +99,11 @@ int main(int argc, char *argv[])
         return complain("Give one plug-in; see --help.");
     if (!plugin.isFile())
         return complain(QString("There is no file \"%1\".").arg(plugin.filePath()));
-    bool isNumber = true;
-    const quint32 seed = parser.isSet("seed") ? parser.value("seed").toUInt(&isNumber)
-                                              : QRandomGenerator::global()->generate();
+    bool isNumber = false;
+    const quint32 seed = parser.value("seed").toUInt(&isNumber);
     if (!isNumber)
         return complain("--seed takes a whole number from 0 to 4294967295.");
 
     out << "Checking " << plugin.filePath() << ", seed " << seed << '\n' << flush;
-    // Qt would look for a relative path in its plug-in folders.
-    return runChecks(chosen, plugin.absoluteFilePath(), seed) == 0 ? 0 : failed;
+    return runChecks(chosen, plugin.filePath(), seed) ? 0 : 1;
 }

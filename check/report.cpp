@@ -5,7 +5,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-/// Takes a line for each report: "word text".
+/// Where the reports go, one line each: "word text".
 static int reports = STDOUT_FILENO;
 
 static void report(const char *word, const QString &text = {})
@@ -36,6 +36,6 @@ void beginReports()
 void endReports()
 {
     report("passed");
-    // Without cleaning up: no check covers what a panel does at the end of a process.
+    // Skip the clean-up: no check covers a panel's behaviour at the end of a process.
     std::_Exit(0);
 }

@@ -2,15 +2,14 @@
 
 #include <QString>
 
-/// Ends the process unless `kept`, and reports what was expected and what came instead.
+/// Unless `kept`: reports what was expected and what came instead, and ends the process.
 void expect(bool kept, const QString &expected, const QString &came);
 
-/// Reports what the check does next, in case the panel crashes or hangs there.
+/// Reports what the check does next, in case the panel crashes or hangs.
 void step(const QString &what);
 
-/// Separates the reports, on standard output, from everything that the panel prints: that goes to
-/// standard error from now on.
+/// Keeps standard output for the reports. What the panel prints goes to standard error from now on.
 void beginReports();
 
-/// Ends the process of a check that found nothing wrong.
+/// Reports that the check has passed, and ends the process.
 [[noreturn]] void endReports();

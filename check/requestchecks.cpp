@@ -1,4 +1,4 @@
-// Checks the requests of a panel, and how it takes the answers.
+// Checks a panel's requests, and how it handles the answers.
 
 #include "check.h"
 #include "host.h"
@@ -21,8 +21,7 @@ static void checkRequests(Host &host)
                             [](const Request &request) { return request.problem().isEmpty(); });
     };
     expectWellFormed(6s);
-    // Several rounds, because there are different ways to use a control, and one round may show new
-    // ones.
+    // Each round uses the controls in random ways, and may show others.
     for (int round = 0; round < 12; ++round) {
         const QWidgetList controls = host.controls();
         for (QWidget *const control : controls) {
@@ -127,9 +126,9 @@ std::vector<Check> requestChecks()
 {
     return {
         {"requests", "Each request is well-formed.", checkRequests, "opens"},
-        {"quiet", "Nothing is sent when the camera changes by itself.", checkQuiet, "opens"},
+        {"quiet", "It sends nothing when the camera changes by itself.", checkQuiet, "opens"},
         {"gui-thread", "It calls the channel on the GUI thread only.", checkGuiThread, "opens"},
-        {"answers", "It survives answers that are missing, short, empty, foreign, random or late.",
+        {"answers", "It survives missing, short, empty, foreign, random and late answers.",
          checkAnswers, "destruction"},
         {"random-use", "It survives random use.", checkRandomUse, "opens"},
     };

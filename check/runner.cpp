@@ -1,53 +1,28 @@
-#include "runner.h"
+#include "check.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QMap>
 #include <QProcess>
-#include <QSemaphore>
 #include <QTextStream>
-#include <QThread>
 
-#include <algorithm>
 #include <cstring>
-#include <future>
 
-using namespace std::chrono_literals;
-
-struct Outcome
-{
-    enum State { Passed, Failed, Skipped };
-
-    State state = Skipped;
-    QStringList details; ///< why the check has not passed
-};
-
-/// How the process ended, if it did so before its check.
-static QString describeEnd(const QProcess &process, std::chrono::seconds timeLimit)
-{
-    if (process.state() != QProcess::NotRunning)
-        return QString("none within %1 s").arg(timeLimit / 1s);
-    if (process.exitStatus() == QProcess::CrashExit)
-        return QString("a crash (%1)").arg(strsignal(process.exitCode()));
-    return QString("an exit with status %1").arg(process.exitCode());
-}
-
-static Outcome runInProcess(const Check &check, const QString &plugin, quint32 seed)
+/// Returns nothing if the check passed, else what was expected and what came instead.
+static QStringList runInProcess(const Check &check, const QString &plugin, quint32 seed)
 {
     const int customLimit = qEnvironmentVariableIntValue("ORVCHECK_TIME_LIMIT");
-    const std::chrono::seconds timeLimit(customLimit > 0 ? customLimit : 30);
-    QElapsedTimer time;
-    time.start();
+    const int timeLimit = customLimit > 0 ? customLimit : 30; // s
     QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(QCoreApplication::applicationFilePath(),
                   {"--check", check.name, plugin, QString::number(seed)});
-    QByteArray printed;
-    // Reads often, in case the panel prints without end.
-    while (process.state() != QProcess::NotRunning && !time.hasExpired(timeLimit / 1ms)) {
-        process.waitForFinished(100);
-        printed = (printed + process.readAllStandardError()).right(1000);
-    }
-    const QString end = describeEnd(process, timeLimit);
+    QString end;
+    if (!process.waitForFinished(timeLimit * 1000))
+        end = QString("none within %1 s").arg(timeLimit);
+    else if (process.exitStatus() == QProcess::CrashExit)
+        end = QString("a crash (%1)").arg(strsignal(process.exitCode()));
+    else
+        end = QString("an exit with status %1").arg(process.exitCode());
     process.kill();
     process.waitForFinished();
 
@@ -56,48 +31,42 @@ static Outcome runInProcess(const Check &check, const QString &plugin, quint32 s
     for (const QString &line : lines)
         reports[line.section(' ', 0, 0)] = line.section(' ', 1);
     if (reports.contains("passed"))
-        return {Outcome::Passed, {}};
+        return {};
     if (!reports.contains("expected")) {
         reports["expected"] = "an end of the check";
         reports["came"] = end;
-        const QString lastLine = printed.trimmed().split('\n').constLast();
-        if (!lastLine.isEmpty())
-            reports["came"] += ", after \"" + lastLine.simplified() + '"';
     }
     if (reports.contains("step"))
         reports["came"] += "; at: " + reports["step"];
-    return {Outcome::Failed, {"expected: " + reports["expected"], "came:     " + reports["came"]}};
+    return {"expected: " + reports["expected"], "came:     " + reports["came"]};
 }
 
-int runChecks(const std::vector<Check> &checks, const QString &plugin, quint32 seed)
+bool runChecks(const std::vector<Check> &checks, const QString &plugin, quint32 seed)
 {
-    // More than the processors, because a panel that hangs may be asleep.
-    QSemaphore places(std::max(4, QThread::idealThreadCount()));
-    QMap<QString, std::shared_future<Outcome>> futures;
-    for (const Check &check : checks) {
-        const auto run = [&, needed = futures.value(check.needs)]() -> Outcome {
-            if (needed.valid() && needed.get().state != Outcome::Passed)
-                return {Outcome::Skipped, {QString("needs:    ") + check.needs}};
-            places.acquire();
-            const QSemaphoreReleaser place(places);
-            Outcome outcome;
-            for (int tries = 0; tries < check.tries && outcome.state != Outcome::Passed; ++tries)
-                outcome = runInProcess(check, plugin, seed);
-            return outcome;
-        };
-        futures[check.name] = std::async(std::launch::async, run);
-    }
-    static constexpr const char *words[] = {"passed", "FAILED", "skipped"};
     QTextStream out(stdout);
-    int failures = 0;
+    QStringList notPassed;
+    bool failed = false;
     for (const Check &check : checks) {
-        const Outcome outcome = futures[check.name].get();
-        failures += outcome.state == Outcome::Failed ? 1 : 0;
-        out << qSetFieldWidth(16) << left << words[outcome.state] << check.name << qSetFieldWidth(0)
-            << check.rule << '\n';
-        for (const QString &line : outcome.details)
-            out << "  " << line << '\n';
+        QStringList details;
+        const char *result = "passed";
+        if (notPassed.contains(check.needs)) {
+            result = "skipped";
+            details = QStringList{QString("needs:    ") + check.needs};
+        } else {
+            for (int tries = 0; tries == 0 || (tries < check.tries && !details.isEmpty()); ++tries)
+                details = runInProcess(check, plugin, seed);
+            if (!details.isEmpty()) {
+                result = "FAILED";
+                failed = true;
+            }
+        }
+        out << qSetFieldWidth(16) << left << result << check.name << qSetFieldWidth(0) << check.rule
+            << '\n';
+        if (!details.isEmpty()) {
+            notPassed += check.name;
+            out << "  " << details.join("\n  ") << '\n';
+        }
         out.flush();
     }
-    return failures;
+    return !failed;
 }

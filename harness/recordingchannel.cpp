@@ -7,11 +7,9 @@
 
 void RecordingChannel::installIn(OrvPluginApi &panel)
 {
-    m_livingPanel = ++m_panels;
-    panel.commandChannel = [this, number = m_panels](int kind, const QVariant &record) {
-        const Request request{kind, record,
-                              QThread::currentThread() == QCoreApplication::instance()->thread(),
-                              number != m_livingPanel};
+    panel.commandChannel = [this](int kind, const QVariant &record) {
+        const bool onGuiThread = QThread::currentThread() == QCoreApplication::instance()->thread();
+        const Request request{kind, record, onGuiThread};
         {
             const std::lock_guard<std::mutex> lock(m_mutex);
             m_requests += request;

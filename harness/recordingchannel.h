@@ -4,7 +4,6 @@
 
 #include <QVector>
 
-#include <atomic>
 #include <mutex>
 
 class OrvPluginApi;
@@ -20,9 +19,6 @@ public:
     /// Gives `panel` this channel. The channel must outlive all of its copies.
     void installIn(OrvPluginApi &panel);
 
-    /// Call when the panel has been destroyed: its further requests get `afterEnd`.
-    void noteEnd() { m_livingPanel = 0; }
-
     /// The requests since the last call.
     QVector<Request> takeRequests();
 
@@ -33,8 +29,6 @@ protected:
     virtual QVariant answer(const Request &request);
 
 private:
-    int m_panels = 0;
-    std::atomic<int> m_livingPanel = 0; ///< counted from 1; 0 if there is none
-    std::mutex m_mutex;                 ///< guards m_requests
+    std::mutex m_mutex; ///< guards m_requests
     QVector<Request> m_requests;
 };

@@ -30,19 +30,21 @@ bool Request::asks() const
 
 QString Request::problem() const
 {
-    const bool isOther = (kind == ChannelRequest::Setting && record.canConvert<SettingData>()) ||
-                         (kind == ChannelRequest::Camera && record.canConvert<CameraData>());
+    if ((kind == ChannelRequest::Setting && record.canConvert<SettingData>()) ||
+        (kind == ChannelRequest::Camera && record.canConvert<CameraData>()))
+        return {};
     if (!isExtension())
-        return isOther ? "" : "there is no such request";
+        return "there is no such request";
     const ExtensionUnit all = unit();
-    if (all.length > sizeof all.data || (!all.write && all.length != 0))
-        return QString("a length of %1").arg(all.length);
     QString framing = framingProblem(all.write, all.selector, bytes());
     if (!framing.isEmpty())
         return framing;
-    const quint64 end = all.write ? valueOffset + quint64(all.data[valueOffset - 1]) : 0;
-    if (end > all.length)
-        return QString("a value of %1 bytes").arg(all.data[valueOffset - 1]);
+    if (all.length != (all.write ? blockLength : 0))
+        return QString("a length of %1").arg(all.length);
+    const int valueLength = all.write ? all.data[valueOffset - 1] : 0;
+    const int end = all.write ? valueOffset + valueLength : 0;
+    if (end > blockLength)
+        return QString("a value of %1 bytes").arg(valueLength);
     const bool isPadded =
         std::none_of(all.data + end, std::end(all.data), [](quint8 byte) { return byte != 0; });
     return isPadded ? "" : "bytes beyond the value";
@@ -51,17 +53,16 @@ QString Request::problem() const
 QString Request::inWords() const
 {
     const ExtensionUnit all = unit();
-    QString words =
-        isExtension()
-            ? QString(all.write ? "a write to control %1" : "a read of control %1")
-                  .arg(all.selector)
-            : QString("a request of kind %1 with a \"%2\"").arg(kind).arg(record.typeName());
+    QString words = QString("a request of kind %1 with a \"%2\"").arg(kind).arg(record.typeName());
+    if (isExtension())
+        words =
+            QString("a %1 control %2").arg(all.write ? "write to" : "read of").arg(all.selector);
     if (!onGuiThread)
         words += " on another thread";
-    QString more = problem();
-    if (all.write && more.isEmpty())
-        more = refusal(true, all.selector, bytes());
-    if (all.write && more.isEmpty())
-        more = describeCommand(bytes());
-    return more.isEmpty() ? words : words + " (" + more + ')';
+    QString details = problem();
+    if (details.isEmpty() && all.write)
+        details = refusal(true, all.selector, bytes());
+    if (details.isEmpty() && all.write)
+        details = describeCommand(bytes());
+    return details.isEmpty() ? words : words + " (" + details + ')';
 }

@@ -12,7 +12,6 @@ struct Request
     int kind;
     QVariant record;
     bool onGuiThread;
-    bool afterEnd; ///< whether the panel had already been destroyed
 
     bool isExtension() const;
     ExtensionUnit unit() const; ///< all zero unless isExtension()

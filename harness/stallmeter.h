@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QTimer>
 
+#include <algorithm>
 #include <chrono>
 
 /// Measures how long the event loop of a thread, and with it its windows, is blocked: the longest
@@ -11,7 +12,17 @@ class StallMeter
 {
 public:
     /// Measures the current thread, from the next turn of its event loop on.
-    StallMeter();
+    StallMeter()
+    {
+        QObject::connect(&m_heart, &QTimer::timeout, &m_heart, [this] {
+            if (m_sinceBeat.isValid())
+                m_longest =
+                    std::max(m_longest, std::chrono::nanoseconds(m_sinceBeat.nsecsElapsed()));
+            m_sinceBeat.start();
+        });
+        m_heart.setTimerType(Qt::PreciseTimer);
+        m_heart.start(5);
+    }
 
     /// 0 until the loop has turned twice.
     std::chrono::nanoseconds longest() const { return m_longest; }

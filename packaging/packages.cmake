@@ -52,16 +52,16 @@ install(DIRECTORY examples
 set(CPACK_COMPONENT_PLUGIN_DESCRIPTION "settings panel for a camera's subject tracking
 A Qt 5 plug-in for camera-control applications. It adds one settings panel,
 \"AI Tracking\": tracking on or off, what is tracked, how the camera follows
-and how the picture is composed. It also shows changes of tracking and type that
-were made elsewhere.")
+and how the picture is composed. It also shows changes of tracking and type
+that were made elsewhere.")
 set(CPACK_DEBIAN_PLUGIN_PACKAGE_SECTION video)
 
 set(CPACK_COMPONENT_PROGRAMS_DESCRIPTION "reference host and checks for camera settings panels
 The program orvhost loads a settings-panel plug-in and gives it a camera to
-control, a simulated one or a real one. It shows every transfer between panel
-and camera and can simulate faults. The program orvcheck checks whether a panel
-keeps the contract with its host. The module orv_hostcheck, loaded in place of a
-panel, checks the host.")
+control, either simulated or real. It shows every transfer between panel and
+camera and can simulate faults. The program orvcheck checks whether a panel
+keeps the contract with its host. The module orv_hostcheck, loaded in place
+of a panel, checks the host.")
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_DEPENDS "${plugin_package} (= ${PROJECT_VERSION}), binutils")
 
