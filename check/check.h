@@ -21,6 +21,6 @@ std::vector<Check> loadingChecks();
 std::vector<Check> lifeChecks();
 std::vector<Check> requestChecks();
 
-/// Runs each check in a process of its own, because a panel may crash or hang, and prints the
-/// results. Returns whether none failed.
+/// Runs each check in a process of its own, because a panel may crash or hang, several at a time,
+/// and prints the results in order. Returns whether none failed.
 bool runChecks(const std::vector<Check> &checks, const QString &plugin, quint32 seed);

@@ -1,28 +1,47 @@
 #include "check.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QMap>
 #include <QProcess>
+#include <QSemaphore>
 #include <QTextStream>
+#include <QThread>
 
+#include <algorithm>
+#include <chrono>
 #include <cstring>
+#include <future>
+
+using namespace std::chrono_literals;
+
+/// How the process ended, if it did so before its check.
+static QString describeEnd(const QProcess &process, std::chrono::seconds timeLimit)
+{
+    if (process.state() != QProcess::NotRunning)
+        return QString("none within %1 s").arg(timeLimit / 1s);
+    if (process.exitStatus() == QProcess::CrashExit)
+        return QString("a crash (%1)").arg(strsignal(process.exitCode()));
+    return QString("an exit with status %1").arg(process.exitCode());
+}
 
 /// Returns nothing if the check passed, else what was expected and what came instead.
 static QStringList runInProcess(const Check &check, const QString &plugin, quint32 seed)
 {
     const int customLimit = qEnvironmentVariableIntValue("ORVCHECK_TIME_LIMIT");
-    const int timeLimit = customLimit > 0 ? customLimit : 30; // s
+    const std::chrono::seconds timeLimit(customLimit > 0 ? customLimit : 30);
+    QElapsedTimer time;
+    time.start();
     QProcess process;
-    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(QCoreApplication::applicationFilePath(),
                   {"--check", check.name, plugin, QString::number(seed)});
-    QString end;
-    if (!process.waitForFinished(timeLimit * 1000))
-        end = QString("none within %1 s").arg(timeLimit);
-    else if (process.exitStatus() == QProcess::CrashExit)
-        end = QString("a crash (%1)").arg(strsignal(process.exitCode()));
-    else
-        end = QString("an exit with status %1").arg(process.exitCode());
+    QByteArray printed;
+    // Reads often, in case the panel prints without end.
+    while (process.state() != QProcess::NotRunning && !time.hasExpired(timeLimit / 1ms)) {
+        process.waitForFinished(100);
+        printed = (printed + process.readAllStandardError()).right(1000);
+    }
+    const QString end = describeEnd(process, timeLimit);
     process.kill();
     process.waitForFinished();
 
@@ -35,37 +54,49 @@ static QStringList runInProcess(const Check &check, const QString &plugin, quint
     if (!reports.contains("expected")) {
         reports["expected"] = "an end of the check";
         reports["came"] = end;
+        const QString lastLine = printed.trimmed().split('\n').constLast();
+        if (!lastLine.isEmpty())
+            reports["came"] += ", after \"" + lastLine.simplified() + '"';
     }
     if (reports.contains("step"))
         reports["came"] += "; at: " + reports["step"];
     return {"expected: " + reports["expected"], "came:     " + reports["came"]};
 }
 
+/// The result of a check: "passed", "FAILED" or "skipped", and why it did not pass.
+struct Result
+{
+    QString word;
+    QStringList details = {};
+};
+
 bool runChecks(const std::vector<Check> &checks, const QString &plugin, quint32 seed)
 {
+    // More checks at a time than processors, because a panel that hangs may be asleep.
+    QSemaphore places(std::max(4, QThread::idealThreadCount()));
+    QMap<QString, std::shared_future<Result>> results;
+    for (const Check &check : checks) {
+        const auto run = [&, needed = results.value(check.needs)]() -> Result {
+            if (needed.valid() && needed.get().word != "passed")
+                return {"skipped", {QString("needs:    ") + check.needs}};
+            places.acquire();
+            const QSemaphoreReleaser place(places);
+            QStringList details = runInProcess(check, plugin, seed);
+            for (int tries = 1; tries < check.tries && !details.isEmpty(); ++tries)
+                details = runInProcess(check, plugin, seed);
+            return {details.isEmpty() ? "passed" : "FAILED", details};
+        };
+        results[check.name] = std::async(std::launch::async, run);
+    }
     QTextStream out(stdout);
-    QStringList notPassed;
     bool failed = false;
     for (const Check &check : checks) {
-        QStringList details;
-        const char *result = "passed";
-        if (notPassed.contains(check.needs)) {
-            result = "skipped";
-            details = QStringList{QString("needs:    ") + check.needs};
-        } else {
-            for (int tries = 0; tries == 0 || (tries < check.tries && !details.isEmpty()); ++tries)
-                details = runInProcess(check, plugin, seed);
-            if (!details.isEmpty()) {
-                result = "FAILED";
-                failed = true;
-            }
-        }
-        out << qSetFieldWidth(16) << left << result << check.name << qSetFieldWidth(0) << check.rule
+        const Result result = results[check.name].get();
+        failed = failed || result.word == "FAILED";
+        out << result.word.leftJustified(16) << QString(check.name).leftJustified(16) << check.rule
             << '\n';
-        if (!details.isEmpty()) {
-            notPassed += check.name;
-            out << "  " << details.join("\n  ") << '\n';
-        }
+        for (const QString &line : result.details)
+            out << "  " << line << '\n';
         out.flush();
     }
     return !failed;

@@ -58,7 +58,7 @@ private Q_SLOTS:
             {"exports-too-much", "exports", "exported"},
             {"loads-slowly", "load-time", " ms"},
             {"has-no-name", "identity", "an empty one"},
-            {"says-it-passed", "opens", "exit with status 0; at: insertWidget"},
+            {"says-it-passed", "opens", "exit with status 0, after \"passed\"; at: insertWidget"},
             {"hangs", "opens", "none within 3 s; at: insertWidget"},
             {"crashes-with-window", "destruction", "(Aborted); at: destroying the window "},
             {"reads-too-early", "opening", "no request before insertWidget"},
