@@ -67,6 +67,7 @@ private Q_SLOTS:
         VirtualTime::advance(std::chrono::milliseconds(300));
         composition.actionInterface()->doAction("Toggle"); // hidden by now
         QVERIFY(!composition.state().checked);
+        hosted->ui().frame_title->setFocus();
         QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Space, {}, {}, true);
         QCoreApplication::sendEvent(hosted->ui().frame_title, &repeated);
         QVERIFY(hosted->ui().frame_spliter->isHidden());
