@@ -90,7 +90,7 @@ private Q_SLOTS:
             display.setPreviewOri(row.orientation);
             display.setRoundCorder(row.corner);
             const QImage wanted = painted(noise(row.size), row.place, row.angle, row.corner);
-            QVERIFY2(shown(display) == wanted, QTest::toString(row.place));
+            QVERIFY2(shown(display) == wanted, qPrintable(QString("at x = %1").arg(row.place.x())));
             display.setStyleSheet("background: blue"); // above the picture
             QCOMPARE(shown(display).pixelColor(200, 150), QColor(Qt::blue));
         }
