@@ -172,7 +172,8 @@ private Q_SLOTS:
         hosted.host.takeRequests();
         hosted.panel->findChild<QPushButton *>("delete")->click();
         QByteArray sent;
-        for (const Request &request : hosted.host.takeRequests())
+        const auto requests = hosted.host.takeRequests();
+        for (const Request &request : requests)
             sent += request.bytes();
         QCOMPARE(table.toHex(), expected.toHex());
         const QByteArray command = "\xFF\x53\x05\x42" + QByteArray(1, char(size)) + table;

@@ -132,6 +132,7 @@ private Q_SLOTS:
         QVERIFY(seen(middle) != seen(corner)); // says "Loading"
         display.hideLoading();
         QCOMPARE(seen(middle), seen(corner));
+        QCOMPARE(seen(corner).pixelColor(0, 0), QColor(0, 80, 159)); // a little darker
         // The first picture repaints the display.
         display.show();
         display.setPixmap(noise({192, 108}));
