@@ -135,6 +135,8 @@ private Q_SLOTS:
         QCOMPARE(seen(corner).pixelColor(0, 0), QColor(0, 80, 159)); // a little darker
         // The first picture repaints the display.
         display.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&display));
+        QCoreApplication::processEvents();
         display.setPixmap(noise({192, 108}));
         QScreen *screen = QGuiApplication::primaryScreen();
         QTRY_COMPARE(screen->grabWindow(display.winId()).toImage(), display.grab().toImage());
