@@ -55,7 +55,7 @@ QGridLayout &addGroup(QGridLayout &page, const QString &title, const QString &he
     return *new QGridLayout(group);
 }
 
-/// Returns the caption.
+/// Adds a widget above its caption, and returns the caption.
 QLabel *addCell(QGridLayout &grid, int row, int column, QWidget *widget, const QString &text,
                 int columns = 1)
 {
@@ -71,26 +71,23 @@ void addSwitches(QGridLayout &grid)
     grid.setHorizontalSpacing(12);
     for (int i = 0; i < 12; ++i) {
         const int column = i % 6;
-        const bool on = i % 2 == 1;
-        const bool recoloured = column >= 4;
         auto *button = new SwitchButton(nullptr);
         button->setFixedSize(column < 2 ? QSize(40, 20) : QSize(60, 30));
         button->setEnabled(i < 6);
-        if (recoloured) {
+        QString kind(i < 6 ? "" : "disabled, ");
+        if (column >= 4) {
             button->SetActiveColor(0x2FA36B);
             button->SetInactiveColor(0x2E5E8C);
             button->SetSliderColor(0xF2B705);
+            kind += i < 6 ? "recoloured, " : "";
         }
-        button->blockNextSignal();
-        button->SetStatus(on, false);
-
-        const QString kind(i >= 6 ? "disabled, " : recoloured ? "recoloured, " : "");
-        QLabel *const caption = addCell(grid, i / 6, column, button, {});
-        const auto tell = [caption, kind](int open) {
+        // Not reported, since the size was just set.
+        button->SetStatus(i % 2 == 1, false);
+        QLabel *const caption =
+            addCell(grid, i / 6, column, button, kind + (i % 2 == 1 ? "on" : "off"));
+        QObject::connect(button, &SwitchButton::onValueChanged, caption, [caption, kind](int open) {
             caption->setText(kind + (open ? "on" : "off"));
-        };
-        tell(on);
-        QObject::connect(button, &SwitchButton::onValueChanged, caption, tell);
+        });
     }
 }
 
@@ -186,8 +183,7 @@ Gallery::Gallery()
     });
     auto *animate = new QPushButton("Animate");
     connect(animate, &QPushButton::clicked, this, [this] {
-        const QSize target = m_animated->size() / 4;
-        m_animated->startAnimation({{0, 0}, target}, {}, animationTime);
+        m_animated->startAnimation({{0, 0}, m_animated->size() / 4}, {}, animationTime);
     });
 
     auto *bar = new QHBoxLayout;
@@ -207,8 +203,7 @@ Gallery::Gallery()
 
 QString Gallery::setPicture(const QString &path)
 {
-    // An SVG is drawn at a given size. If the file is not an SVG, the size stays empty, and loading
-    // fails below.
+    // An SVG needs a size. If the file is not a valid SVG, the size stays empty and loading fails.
     QSize size(0, 0);
     if (path.endsWith("svg", Qt::CaseInsensitive)) {
         size = QSvgRenderer(path).defaultSize();
@@ -244,12 +239,13 @@ void Gallery::addDisplays(QGridLayout &grid)
     add("stretch", &m_picture)->setScaleType(PixmapDisplay::ScaleStretch);
     add("fit", &m_picture)->setScaleType(PixmapDisplay::ScaleFit);
     add("fill", &m_picture)->setScaleType(PixmapDisplay::ScaleFill);
-    for (const int ori : {1, 2, 3}) {
-        constexpr const char *captions[] = {"turned left", "turned round", "turned right"};
-        PixmapDisplay *const turned = add(captions[ori - 1], &m_picture);
-        turned->setPreviewOri(ori);
-        turned->setPreviewForward(ori == 2);
-    }
+    PixmapDisplay *const left = add("turned left", &m_picture);
+    left->setPreviewOri(1);
+    left->setPreviewForward(false);
+    add("turned round", &m_picture)->setPreviewOri(2);
+    PixmapDisplay *const right = add("turned right", &m_picture);
+    right->setPreviewOri(3);
+    right->setPreviewForward(false);
     PixmapDisplay *const rounded = add("rounded corners", &m_picture);
     rounded->setScaleType(PixmapDisplay::ScaleFill);
     rounded->setRoundCorder(20);

@@ -19,7 +19,7 @@ static int fail(const QString &sentence)
 /// An empty name skips its part. Returns the exit status.
 static int writePictures(Gallery &gallery, const QString &screenshot, const QString &pictures)
 {
-    // On a small screen the window does not show all of its content.
+    // On a small screen, the window does not show all of its content.
     gallery.resize(gallery.sizeHint());
     if (!screenshot.isEmpty() && !gallery.grab().save(screenshot))
         return fail(QString("Cannot write the picture \"%1\".").arg(screenshot));

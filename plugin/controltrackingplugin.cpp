@@ -28,8 +28,8 @@ QSharedPointer<M24_Extension> describe(CommandId command, int defaultValue,
                                                                nullptr});
 }
 
-// SetStatus() on a sliding switch would do nothing except undo blockNextSignal(). If the switch is
-// sliding to a value that the camera reported, that value would then be sent back.
+// SetStatus() on a sliding switch would only undo blockNextSignal(). If a status read started the
+// slide, its end would then send a command.
 void moveTo(SwitchButton *button, bool on)
 {
     if (!button->isSliding() && button->GetStatus() != on)
@@ -80,5 +80,4 @@ void ControlTrackingPlugin::resetToDefault()
     choose(choiceOf(trackingType->defaultValue, typeChoices));
     choose(choiceOf(trackingMode->defaultValue, modeChoices));
     moveTo(ui->sw_picture_mode, composition->defaultValue != 0);
-    choose(choiceOf(composition->defaultValue, compositionChoices));
 }

@@ -10,7 +10,6 @@
 
 struct Choice;
 class QPressFrame;
-class QPushButton;
 class Ui_root;
 
 /// The "AI Tracking" panel, which is also the plug-in's instance.
@@ -32,8 +31,8 @@ public:
     int category() override;
     /// Returns "m24_tracking". The file names of the catalogs begin with it.
     QString name() override;
-    /// Moves the controls to the factory defaults as if the user did: those that change send their
-    /// commands. A switch that is sliding is left alone. Does nothing before insertWidget().
+    /// Moves the controls to the factory defaults. Those that change send their commands, as if the
+    /// user had pressed them. A sliding switch is left alone. Does nothing before insertWidget().
     void resetToDefault() override;
     /// Builds the panel in the host's language, puts it into `container`, which becomes its owner,
     /// and shows the camera's state. If the camera does not answer, the panel asks once more after
@@ -45,7 +44,7 @@ public:
     /// Assembles a command in `ext.payload`: header, length, and the lowest `ext.valueLength` bytes
     /// of `value`, most significant byte first.
     void fillPayload(M24_Extension &ext, int value);
-    /// The same with `ext.valueLength` bytes from `ext.valueData`, which must not be null.
+    /// The same, but with `ext.valueLength` bytes from `ext.valueData`, which must not be null.
     void fillPayloadBytes(M24_Extension &ext);
     /// Sends the assembled payload in one set request. Ignores the answer.
     void sendPayload(M24_Extension &ext);
@@ -105,7 +104,6 @@ private:
     void showCompositionRows(bool basic);
 
     // Non-tracking areas.
-    void onAreaHover(QPushButton *deleteButton, bool enter);
     void onAreaDelete(QPressFrame *tile);
 
     Ui_root *ui; // filled by insertWidget

@@ -17,15 +17,9 @@ constexpr int recordSize = 16;
 void ControlTrackingPlugin::insertUnLimitArea(long startAngle, long endAngle)
 {
     const AreaTile tile = insertAreaTile(*ui->hl_unlimit, *ui->pb_add, startAngle, endAngle);
-    connect(tile.frame, &QPressFrame::hoverEvent, this,
-            [this, tile](bool enter) { onAreaHover(tile.deleteButton, enter); });
+    connect(tile.frame, &QPressFrame::hoverEvent, tile.deleteButton, &QWidget::setVisible);
     connect(tile.deleteButton, &QPushButton::clicked, this,
             [this, tile] { onAreaDelete(tile.frame); });
-}
-
-void ControlTrackingPlugin::onAreaHover(QPushButton *deleteButton, bool enter)
-{
-    deleteButton->setVisible(enter);
 }
 
 // Tiles are not tied to records: whichever tile is deleted, the last record goes.
@@ -38,7 +32,7 @@ void ControlTrackingPlugin::onAreaDelete(QPressFrame *tile)
     if (room < 1)
         return;
     const float count = getFloatValue(areaTable->valueData, 0);
-    // Written so that NaN is rejected, too.
+    // Written so that it rejects NaN, too.
     if (!(count >= 1 && count < float(room + 1)))
         return;
     const int remaining = int(count) - 1;

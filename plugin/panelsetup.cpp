@@ -178,8 +178,6 @@ void ControlTrackingPlugin::retryStatusRead()
     }
     ui->frame_picture_mode->hide();
     ui->frame_picture_title->hide();
-    ui->frame_limit_title->hide();
-    ui->frame_limit_setting_spliter->hide();
     updateSpliter(host(), ui->frame_spliter, false);
 }
 
@@ -191,8 +189,8 @@ void ControlTrackingPlugin::startPolling()
 void ControlTrackingPlugin::pollTrackingStatus()
 {
     const ExtensionUnit reply = readStatus(*trackingSwitch);
-    // Restart the interval after the answer. With a slow camera, the next poll would otherwise be
-    // due at once and run while thawLater() processes events for this one.
+    // Start the interval after the answer. Otherwise, with a slow camera, the next poll would be
+    // due at once and run when thawLater() processes events for this one.
     pollTimer->start();
     if (reply.length < shortestPollReply)
         return;
@@ -200,9 +198,8 @@ void ControlTrackingPlugin::pollTrackingStatus()
     const quint8 tracking = reply.data[TrackingOn];
     const quint8 type = reply.data[Type];
     const bool on = tracking != 0;
-    // Leave a sliding switch alone: SetStatus() would do nothing except undo blockNextSignal(), and
-    // an earlier reading that the switch is sliding to would be sent back. The next poll finds it
-    // at rest.
+    // Leave a sliding switch to the next poll. SetStatus() would only undo blockNextSignal(), and
+    // if an earlier poll started the slide, its end would send a command.
     if (tracking != quint8(ui->sw_title->GetStatus()) && !ui->sw_title->isSliding()) {
         setSilently(ui->sw_title, on);
         updateSpliter(host(), ui->frame_spliter, on);

@@ -10,7 +10,7 @@ static QAccessibleInterface &interfaceOf(QWidget *widget)
     return *QAccessible::queryAccessibleInterface(widget);
 }
 
-/// The panel as a screen reader sees it, and its use by keys.
+/// The panel as a screen reader sees it, and its order of focus.
 class TestAccessibility : public Test
 {
     Q_OBJECT
@@ -18,25 +18,12 @@ class TestAccessibility : public Test
 private:
     QScopedPointer<HostedPanel> hosted;
 
-    void open(const char *status = "0001000101", int language = 1)
+    void open(const char *status = "0001000101")
     {
         hosted.reset(new HostedPanel);
         hosted->host.status = QByteArray::fromHex(status);
-        hosted->host.language = language;
         hosted->insertAndShow();
         VirtualTime::advance(std::chrono::milliseconds(300));
-    }
-
-    bool isPressedBy(const char *name, int key, Qt::KeyboardModifiers modifiers = {},
-                     bool isRepeated = false)
-    {
-        open();
-        const QString before = hosted->shown();
-        auto *const control = hosted->panel->findChild<QWidget *>(name);
-        control->setFocus();
-        QKeyEvent event(QEvent::KeyPress, key, modifiers, {}, isRepeated);
-        QCoreApplication::sendEvent(control, &event);
-        return hosted->shown() != before;
     }
 
 private Q_SLOTS:
@@ -48,7 +35,7 @@ private Q_SLOTS:
         const QHash<int, QString> kinds{{QAccessible::CheckBox, "check "},
                                         {QAccessible::RadioButton, "radio "},
                                         {QAccessible::Button, "button "}};
-        open("0001000101", 2);
+        open();
         QStringList controls;
         const auto widgets = hosted->panel->findChildren<QWidget *>();
         for (QWidget *const widget : widgets) {
@@ -57,11 +44,12 @@ private Q_SLOTS:
                 controls << kinds[found.role()] + found.text(QAccessible::Name) +
                                 (found.state().checked ? " *" : "");
         }
-        QCOMPARE(controls.join('|'),
-                 QString("button AI跟踪|check AI跟踪 *|radio AI跟踪模式: 常规 *|"
-                         "radio AI跟踪模式: 手部|radio AI跟踪模式: 白板|"
-                         "radio AI跟踪场景: 标准 *|radio AI跟踪场景: 运动|"
-                         "check 自动构图 *|check 半身 *|check 全身|check 多人构图"));
+        QCOMPARE(
+            controls.join('|'),
+            QString("button AI Tracking|check AI Tracking *|radio Tracking Type: Basic *|"
+                    "radio Tracking Type: Hand|radio Tracking Type: Board|"
+                    "radio Tracking Mode: Standard *|radio Tracking Mode: Sport|"
+                    "check Auto Composition *|check Half Body *|check Full Body|check Bodies"));
     }
 
     void actions()
@@ -73,22 +61,16 @@ private Q_SLOTS:
         QCOMPARE(composition.actionInterface()->actionNames(), QStringList({"Toggle", "SetFocus"}));
         composition.actionInterface()->doAction("Toggle");
         QVERIFY(!composition.state().checked && composition.state().checkable);
+        QCOMPARE(composition.childCount(), 0);
         title.actionInterface()->doAction("Press");
         QVERIFY(hosted->ui().frame_spliter->isHidden() && !title.state().checkable);
         VirtualTime::advance(std::chrono::milliseconds(300));
         composition.actionInterface()->doAction("Toggle"); // hidden by now
         QVERIFY(!composition.state().checked);
-    }
-
-    void keys()
-    {
-        QVERIFY(isPressedBy("sw_title", Qt::Key_Space));
-        QVERIFY(!isPressedBy("sw_title", Qt::Key_Space, {}, true));
-        QVERIFY(!isPressedBy("sw_title", Qt::Key_Return));
-        QVERIFY(isPressedBy("frame_title", Qt::Key_Return));
-        QVERIFY(isPressedBy("frame_title", Qt::Key_Enter, Qt::KeypadModifier));
-        QVERIFY(!isPressedBy("frame_title", Qt::Key_Space, Qt::ControlModifier));
-        QVERIFY(!isPressedBy("frame_title", Qt::Key_A));
+        hosted->ui().frame_title->setFocus();
+        QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Space, {}, {}, true);
+        QCoreApplication::sendEvent(hosted->ui().frame_title, &repeated);
+        QVERIFY(hosted->ui().frame_spliter->isHidden());
     }
 
     // Tab reaches all visible rows. A star is a focus frame, for widgets that draw no focus of

@@ -4,9 +4,11 @@
 
 #include <QGridLayout>
 #include <QResource>
-#include <QScreen>
 
-/// The panel's look and texts, and its place in the host. Runs at several pixel densities.
+#include <cstring>
+#include <limits>
+
+/// The panel's look, texts, area tiles and place in the host. Runs at several pixel densities.
 class TestPanel : public Test
 {
     Q_OBJECT
@@ -18,18 +20,9 @@ private Q_SLOTS:
     void init()
     {
         VirtualTime::start();
-        factor = QGuiApplication::primaryScreen()->logicalDotsPerInch() / 96.0;
+        factor = qgetenv("QT_FONT_DPI").toDouble() / 96.0;
         if (factor > 1.0) // the panel has no maximum size to scale
             expectedWarnings.setPattern("The largest allowed size is");
-    }
-
-    void density()
-    {
-        QCOMPARE(factor, qgetenv("QT_FONT_DPI").toDouble() / 96.0);
-        HostedPanel hosted;
-        hosted.insertAndShow();
-        QCOMPARE(hosted.ui().sw_title->size(), QSize(40, 20) * factor);
-        QCOMPARE(hosted.ui().frame_title->minimumHeight(), qRound(60 * factor));
     }
 
     void texts_data()
@@ -54,6 +47,7 @@ private Q_SLOTS:
         QFETCH(QVariant, language);
         hosted.host.language = language;
         hosted.insertAndShow();
+        QCOMPARE(hosted.ui().sw_title->size(), QSize(40, 20) * factor);
         hosted.panel->setFixedWidth(qRound(374 * factor)); // the design width
         const auto widgets = hosted.panel->findChildren<QWidget *>();
         for (QWidget *widget : widgets)
@@ -91,36 +85,34 @@ private Q_SLOTS:
     // Each picture that a style sheet names exists; some are the host's.
     void pictures()
     {
-        QWidget root;
-        Ui_root().setupUi(&root);
-        int pictures = 0;
-        const auto widgets = root.findChildren<QWidget *>();
+        HostedPanel hosted;
+        hosted.insertAndShow();
+        hosted.panel->insertUnLimitArea(-30, 30);
+        const auto widgets = hosted.panel->findChildren<QWidget *>();
         for (const QWidget *widget : widgets) {
             const auto parts = widget->styleSheet().split("url(").mid(1);
             for (const QString &part : parts) {
                 const QString file = part.section(')', 0, 0);
                 QVERIFY2(QResource(file).isValid(), qPrintable(file));
-                ++pictures;
             }
         }
-        QVERIFY(pictures > 5);
     }
 
     // First in a box, the next item elsewhere. A container without a layout gets one.
     void place()
     {
-        QLayout *const layouts[] = {new QHBoxLayout, new QGridLayout, nullptr};
-        const int places[] = {0, 1, 0};
-        for (int i = 0; i < 3; ++i) {
+        for (QLayout *const layout :
+             std::initializer_list<QLayout *>{new QHBoxLayout, new QGridLayout, nullptr}) {
             HostedPanel hosted;
             delete hosted.container->layout();
-            if (layouts[i]) {
-                hosted.container->setLayout(layouts[i]);
-                layouts[i]->addWidget(new QLabel("first"));
+            if (layout) {
+                hosted.container->setLayout(layout);
+                layout->addWidget(new QLabel("first"));
             }
             hosted.insertAndShow();
-            QCOMPARE(hosted.container->layout()->indexOf(hosted.panel), places[i]);
-            QCOMPARE(hosted.container->layout()->contentsMargins().isNull(), !layouts[i]);
+            const bool isGrid = qobject_cast<QGridLayout *>(layout);
+            QCOMPARE(hosted.container->layout()->indexOf(hosted.panel), isGrid ? 1 : 0);
+            QCOMPARE(hosted.container->layout()->contentsMargins().isNull(), !layout);
         }
     }
 
@@ -134,11 +126,83 @@ private Q_SLOTS:
         plugin.fillPayload(ext, -0x01020304);
         const QByteArray expected = QByteArray::fromHex("FF53054204FEFDFCFC");
         QCOMPARE(buffer.toHex(), (expected.leftJustified(60, '\0') + "\xAA\xAA").toHex());
-
-        QTest::ignoreMessage(QtDebugMsg, "setFloatValue :  1.5 , data :  0 , 0 , 192 , 63");
         plugin.setFloatValue(ext.payload, 1, 1.5F);
         QCOMPARE(buffer.mid(4, 4).toHex(), QByteArray("0000c03f"));
         QCOMPARE(plugin.getFloatValue(ext.payload, 1), 1.5F);
+    }
+
+    void areaTable_data()
+    {
+        QTest::addColumn<float>("count");
+        QTest::addColumn<int>("size");
+        QTest::addColumn<int>("left");
+        QTest::newRow("three areas") << 3.0F << 52 << 2;
+        QTest::newRow("a fraction does not count") << 2.9F << 52 << 1;
+        QTest::newRow("less than one") << 0.9F << 52 << -1;
+        QTest::newRow("not a number") << std::numeric_limits<float>::quiet_NaN() << 52 << -1;
+        QTest::newRow("more than fit") << 4.0F << 52 << -1;
+        QTest::newRow("a record that is cut off") << 2.0F << 35 << -1;
+        QTest::newRow("as many as fit") << 1.0F << 20 << 0;
+        QTest::newRow("no room for a record") << 1.0F << 19 << -1;
+        QTest::newRow("as long as a payload") << 3.0F << 55 << 2;
+    }
+
+    // The table holds a count and records of 16 bytes. A deleted tile takes the last record with it
+    // and sends the table, unless the count makes no sense (-1).
+    void areaTable()
+    {
+        QFETCH(float, count);
+        QFETCH(int, size);
+        QFETCH(int, left);
+        QByteArray table(size, '\x11');
+        std::memcpy(table.data(), &count, sizeof count);
+        QByteArray expected = table;
+        if (left >= 0) {
+            const float remaining = float(left);
+            std::memcpy(expected.data(), &remaining, sizeof remaining);
+            expected.replace(4 + 16 * left, 16, QByteArray(16, '\0'));
+        }
+        quint8 payload[60];
+        M24_Extension setting{7, 8, 0, 60, {0xFF, 0x53, 0x05, 0x42}, quint8(size), payload};
+        setting.valueData = reinterpret_cast<quint8 *>(table.data());
+        HostedPanel hosted;
+        hosted.insertAndShow();
+        hosted.panel->insertUnLimitArea(-30, 30);
+        PanelInternals::areaTable(*hosted.panel).reset(new M24_Extension(setting));
+        hosted.host.takeRequests();
+        hosted.panel->findChild<QPushButton *>("delete")->click();
+        QByteArray sent;
+        const auto requests = hosted.host.takeRequests();
+        for (const Request &request : requests)
+            sent += request.bytes();
+        QCOMPARE(table.toHex(), expected.toHex());
+        const QByteArray command = "\xFF\x53\x05\x42" + QByteArray(1, char(size)) + table;
+        QCOMPARE(sent, left < 0 ? QByteArray() : command.leftJustified(60, '\0'));
+    }
+
+    // Without a table, a deletion only removes the tile.
+    void areaTiles()
+    {
+        HostedPanel hosted;
+        hosted.insertAndShow();
+        for (const int start : {-100, -30, 0})
+            hosted.panel->insertUnLimitArea(start, start + 30);
+        QVERIFY(hosted.ui().pb_add->isHidden());
+        QWidget *const tile = hosted.ui().hl_unlimit->itemAt(1)->widget();
+        auto *const angles = tile->findChild<QLabel *>();
+        QCOMPARE(angles->text(), "-30°/0°");
+        QCOMPARE(angles->width(), tile->width());
+        QCOMPARE(angles->palette().color(QPalette::WindowText), QColor::fromRgba(0x99CECEDA));
+        QCOMPARE(tile->grab().toImage().pixelColor(0, 17), QColor(0x282B30));
+        auto *const button = tile->findChild<QPushButton *>("delete");
+        for (const auto type : {QEvent::Enter, QEvent::Leave}) {
+            QEvent hover(type);
+            QCoreApplication::sendEvent(tile, &hover);
+            QCOMPARE(button->isHidden(), type == QEvent::Leave);
+        }
+        button->click();
+        QCOMPARE(hosted.panel->findChildren<QPushButton *>("delete").size(), 2);
+        QVERIFY(!hosted.ui().pb_add->isHidden());
     }
 };
 

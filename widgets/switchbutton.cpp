@@ -26,24 +26,18 @@ void Slider::SetSliderColor(const QColor &color)
     update();
 }
 
-void Slider::paintEvent(QPaintEvent *event)
+void Slider::paintEvent(QPaintEvent * /*event*/)
 {
-    {
-        QPainter painter(this);
-        painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-        painter.fillRect(rect(), Qt::transparent);
-        painter.setBrush(sliderColor);
-        painter.setPen(Qt::NoPen);
-        const int radius = size / 2;
-        painter.drawRoundedRect(QRect(0, 0, size, size), radius, radius);
-    }
-    QWidget::paintEvent(event);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(sliderColor);
+    painter.setPen(Qt::NoPen);
+    const int radius = size / 2;
+    painter.drawRoundedRect(QRect(0, 0, size, size), radius, radius);
 }
 
 SwitchButton::SwitchButton(QWidget *parent)
     : QWidget(parent)
-    , diameter(qMin(width(), height()))
-    , travel(width() - diameter)
     , activeBrush(QColor(0xE6, 0x00, 0x33))
     , inactiveBrush(QColor(0x3A, 0x3F, 0x46))
     , slider(new Slider(this))
@@ -53,11 +47,6 @@ SwitchButton::SwitchButton(QWidget *parent)
     slider->show();
     setCursor(Qt::PointingHandCursor);
     connect(this, &SwitchButton::sendAnimate, this, &SwitchButton::animate, Qt::QueuedConnection);
-}
-
-SwitchButton::~SwitchButton()
-{
-    delete slider;
 }
 
 void SwitchButton::SetStatus(bool on, bool forceSignal)
@@ -129,9 +118,9 @@ void SwitchButton::resize(const QSize &newSize)
 void SwitchButton::animate()
 {
     if (status)
-        ToActive();
+        slide(margin, margin, width() - slider->width() - margin);
     else
-        ToInactive();
+        slide(slider->x(), slider->y(), margin);
 }
 
 void SwitchButton::mousePressEvent(QMouseEvent *event)
@@ -170,8 +159,8 @@ void SwitchButton::paintEvent(QPaintEvent * /*event*/)
 void SwitchButton::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    // Unlike relayout(), do not suppress a report. The first show and style sheets may resize the
-    // switch during the slide of a press or a reset, and its report must not be lost.
+    // Unlike relayout(), do not suppress a report: the first show or a style sheet may resize the
+    // switch while it slides after a press or a reset.
     if (event->size() != laidOut) {
         place(event->size());
         Q_EMIT sendAnimate();
@@ -209,16 +198,6 @@ void SwitchButton::change(bool on)
     QAccessible::updateAccessibility(&event);
 }
 
-void SwitchButton::ToActive()
-{
-    slide(margin, margin, width() - slider->width() - margin);
-}
-
-void SwitchButton::ToInactive()
-{
-    slide(slider->x(), slider->y(), margin);
-}
-
 void SwitchButton::slide(int fromX, int fromY, int toX)
 {
     const int side = slider->width();
@@ -233,8 +212,8 @@ void SwitchButton::slide(int fromX, int fromY, int toX)
 
 void SwitchButton::finishSlide()
 {
-    // If idle, the slide was only due to a new size. blockNext does not tell: a SetStatus() may
-    // have cleared it since relayout().
+    // An idle switch slid only because of a new size. Do not rely on blockNext for that: a
+    // SetStatus() may have cleared it since relayout().
     const bool report = !idle && !blockNext;
     idle = true;
     blockNext = false;

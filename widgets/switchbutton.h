@@ -49,7 +49,6 @@ class SwitchButton : public QWidget
 public:
     /// The switch is off.
     explicit SwitchButton(QWidget *parent);
-    ~SwitchButton() override;
 
     /// Changes the state with a slide. If the switch is sliding or already has that state, nothing
     /// changes, but `forceSignal` makes it report its current state at once.
@@ -106,15 +105,13 @@ private:
     void place(const QSize &area);
     void relayout(const QSize &area);
     void change(bool on);
-    void ToActive();
-    void ToInactive();
     void slide(int fromX, int fromY, int toX);
     void finishSlide();
 
     bool blockNext = false;
     bool status = false;
-    int diameter;
-    int travel;
+    int diameter = 0;
+    int travel = 0;
     qint16 margin = 2;
     int duration = 100; // ms
     bool idle = true;
@@ -122,5 +119,5 @@ private:
     QBrush inactiveBrush;
     QPainterPath track; // empty until painted at the current size
     Slider *slider;
-    QSize laidOut; // invalid until the first layout
+    QSize laidOut; // invalid before the first layout
 };

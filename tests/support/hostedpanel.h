@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QPointer>
 
 /// Test access to private members.
@@ -37,20 +38,20 @@ struct HostedPanel : PanelWindow
 
     Ui_root &ui() { return PanelInternals::ui(*panel); }
 
-    static void press(QWidget &widget) { pressMouse(widget, widget.rect().center()); }
-
-    /// Presses a visible control, with the space bar if its name follows "key ".
-    bool press(const QString &name)
+    /// Presses a visible control: "rb_hand" with the mouse, "Space:rb_hand" with that key.
+    bool press(const QString &step)
     {
-        auto *const control = panel->findChild<QWidget *>(name.section(' ', -1));
+        auto *const control = panel->findChild<QWidget *>(step.section(':', -1));
         if (!control || !control->isVisible())
             return false;
-        if (name.startsWith("key ")) {
+        if (step.contains(':')) {
             control->setFocus(Qt::TabFocusReason);
-            QKeyEvent event(QEvent::KeyPress, Qt::Key_Space, Qt::NoModifier);
+            const int keys = QKeySequence(step.section(':', 0, 0))[0];
+            QKeyEvent event(QEvent::KeyPress, keys & ~Qt::KeyboardModifierMask,
+                            Qt::KeyboardModifiers(keys & Qt::KeyboardModifierMask));
             QCoreApplication::sendEvent(control, &event);
         } else {
-            press(*control);
+            pressMouse(*control, control->rect().center());
         }
         return true;
     }

@@ -31,7 +31,7 @@ public:
 protected:
     QVariant answer(const Request &request) override
     {
-        traffic << (isWellFormed(request) ? "" : "malformed ") + word(request);
+        traffic << word(request);
         const QVariant reply = request.kind == ChannelRequest::Extension && request.asks()
                                    ? statusAnswer()
                                    : RecordingChannel::answer(request);
@@ -41,28 +41,18 @@ protected:
     }
 
 private:
-    static bool isWellFormed(const Request &request)
-    {
-        if (!request.problem().isEmpty() || !request.onGuiThread)
-            return false;
-        if (request.kind == ChannelRequest::Setting) {
-            const QVariant value = request.record.value<SettingData>().value;
-            return value.userType() == QMetaType::Int && value == 0;
-        }
-        if (request.kind == ChannelRequest::Camera) {
-            const auto notice = request.record.value<CameraData>();
-            return notice.object && notice.object->objectName() == "rb_hand" && notice.flag &&
-                   notice.param1 == 3 && notice.param2 == 0 && notice.param3 == 2;
-        }
-        return request.asks() || request.unit().data[4] == 1; // the length of a command's value
-    }
-
     static QString word(const Request &request)
     {
+        if (!request.problem().isEmpty())
+            return request.problem();
         if (request.kind == ChannelRequest::Setting)
             return request.record.value<SettingData>().name;
-        if (request.kind == ChannelRequest::Camera)
-            return "notice";
+        if (request.kind == ChannelRequest::Camera) {
+            const auto notice = request.record.value<CameraData>();
+            const bool isRight = notice.object->objectName() == "rb_hand" && notice.flag &&
+                                 notice.param1 == 3 && notice.param2 == 0 && notice.param3 == 2;
+            return isRight ? "notice" : "wrong notice";
+        }
         if (request.asks())
             return "read";
         const ExtensionUnit unit = request.unit();
