@@ -80,4 +80,5 @@ void ControlTrackingPlugin::resetToDefault()
     choose(choiceOf(trackingType->defaultValue, typeChoices));
     choose(choiceOf(trackingMode->defaultValue, modeChoices));
     moveTo(ui->sw_picture_mode, composition->defaultValue != 0);
+    choose(choiceOf(composition->defaultValue, compositionChoices));
 }

@@ -10,6 +10,7 @@
 
 struct Choice;
 class QPressFrame;
+class QPushButton;
 class Ui_root;
 
 /// The "AI Tracking" panel, which is also the plug-in's instance.
@@ -104,6 +105,7 @@ private:
     void showCompositionRows(bool basic);
 
     // Non-tracking areas.
+    void onAreaHover(QPushButton *deleteButton, bool enter);
     void onAreaDelete(QPressFrame *tile);
 
     Ui_root *ui; // filled by insertWidget

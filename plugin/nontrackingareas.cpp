@@ -17,9 +17,15 @@ constexpr int recordSize = 16;
 void ControlTrackingPlugin::insertUnLimitArea(long startAngle, long endAngle)
 {
     const AreaTile tile = insertAreaTile(*ui->hl_unlimit, *ui->pb_add, startAngle, endAngle);
-    connect(tile.frame, &QPressFrame::hoverEvent, tile.deleteButton, &QWidget::setVisible);
+    connect(tile.frame, &QPressFrame::hoverEvent, this,
+            [this, tile](bool enter) { onAreaHover(tile.deleteButton, enter); });
     connect(tile.deleteButton, &QPushButton::clicked, this,
             [this, tile] { onAreaDelete(tile.frame); });
+}
+
+void ControlTrackingPlugin::onAreaHover(QPushButton *deleteButton, bool enter)
+{
+    deleteButton->setVisible(enter);
 }
 
 // Tiles are not tied to records: whichever tile is deleted, the last record goes.

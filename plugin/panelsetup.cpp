@@ -178,6 +178,8 @@ void ControlTrackingPlugin::retryStatusRead()
     }
     ui->frame_picture_mode->hide();
     ui->frame_picture_title->hide();
+    ui->frame_limit_title->hide();
+    ui->frame_limit_setting_spliter->hide();
     updateSpliter(host(), ui->frame_spliter, false);
 }
 

@@ -204,7 +204,9 @@ void PixmapDisplay::paintEvent(QPaintEvent * /*event*/)
         return;
     }
 
-    painter.fillRect(rect(), background);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(background);
+    painter.drawRect(rect());
     if (!picture.isNull()) {
         paintPicture(painter, picture);
     } else if (loadingHidden) {

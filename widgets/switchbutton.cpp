@@ -38,6 +38,8 @@ void Slider::paintEvent(QPaintEvent * /*event*/)
 
 SwitchButton::SwitchButton(QWidget *parent)
     : QWidget(parent)
+    , diameter(qMin(width(), height()))
+    , travel(width() - diameter)
     , activeBrush(QColor(0xE6, 0x00, 0x33))
     , inactiveBrush(QColor(0x3A, 0x3F, 0x46))
     , slider(new Slider(this))
@@ -118,9 +120,9 @@ void SwitchButton::resize(const QSize &newSize)
 void SwitchButton::animate()
 {
     if (status)
-        slide(margin, margin, width() - slider->width() - margin);
+        ToActive();
     else
-        slide(slider->x(), slider->y(), margin);
+        ToInactive();
 }
 
 void SwitchButton::mousePressEvent(QMouseEvent *event)
@@ -196,6 +198,16 @@ void SwitchButton::change(bool on)
     changed.checked = true;
     QAccessibleStateChangeEvent event(this, changed);
     QAccessible::updateAccessibility(&event);
+}
+
+void SwitchButton::ToActive()
+{
+    slide(margin, margin, width() - slider->width() - margin);
+}
+
+void SwitchButton::ToInactive()
+{
+    slide(slider->x(), slider->y(), margin);
 }
 
 void SwitchButton::slide(int fromX, int fromY, int toX)

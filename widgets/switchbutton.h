@@ -105,13 +105,15 @@ private:
     void place(const QSize &area);
     void relayout(const QSize &area);
     void change(bool on);
+    void ToActive();
+    void ToInactive();
     void slide(int fromX, int fromY, int toX);
     void finishSlide();
 
     bool blockNext = false;
     bool status = false;
-    int diameter = 0;
-    int travel = 0;
+    int diameter;
+    int travel;
     qint16 margin = 2;
     int duration = 100; // ms
     bool idle = true;
