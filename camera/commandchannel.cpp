@@ -34,12 +34,11 @@ QVariant CommandChannel::request(int kind, const QVariant &record)
         return transferToCamera(record);
 
     QVariant answer;
-    Transfer transfer{Transfer::None, kind};
+    Transfer transfer;
     transfer.outcome = Transfer::Succeeded;
     if (kind == ChannelRequest::Setting && record.canConvert<SettingData>()) {
         const QString name = record.value<SettingData>().name;
-        if (name == "language")
-            answer = m_language;
+        answer = name == "language" ? QVariant(m_language) : QVariant();
         transfer.direction = Transfer::Get;
         transfer.meaning = name + ": " + (answer.isValid() ? answer.toString() : "no such setting");
     } else if (kind == ChannelRequest::Camera && record.canConvert<CameraData>()) {
@@ -50,6 +49,7 @@ QVariant CommandChannel::request(int kind, const QVariant &record)
             QString("refused: no such request with the record \"%1\"").arg(record.typeName());
         transfer.outcome = Transfer::NotSent;
     }
+    transfer.request = kind;
     Q_EMIT transferred(transfer);
     return answer;
 }

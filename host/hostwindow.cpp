@@ -28,10 +28,9 @@ QString describe(const CameraCondition &condition)
         return "The camera is disconnected. What you choose now is not sent later.";
     if (condition.read != 0)
         return "The camera is failing. " + transferError("Reading control 8", condition.read);
-    const QString connected("The camera is connected.");
-    return condition.write == 0
-               ? connected
-               : connected + ' ' + transferError("Setting control 7", condition.write);
+    if (condition.write != 0)
+        return "The camera is connected. " + transferError("Setting control 7", condition.write);
+    return "The camera is connected.";
 }
 
 } // namespace
