@@ -52,7 +52,7 @@ QVariant TraceModel::data(const QModelIndex &index, int role) const
         return directionText(transfer);
     case Request:
         return requestText(transfer);
-    case Selector:
+    case Control:
         return transfer.selector ? QString::number(transfer.selector) : QString();
     case Meaning:
         return transfer.meaning;

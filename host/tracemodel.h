@@ -18,7 +18,7 @@ public:
         Duration,
         Direction,
         Request,
-        Selector,
+        Control,
         Meaning,
         Times,
         Result,
@@ -27,8 +27,6 @@ public:
     };
     /// Role of a QByteArray: 1 for each byte that changed since the last transfer of its kind.
     static constexpr int ChangedBytes = Qt::UserRole;
-
-    using QAbstractTableModel::QAbstractTableModel;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;

@@ -123,8 +123,9 @@ void TracePanel::addTools(QHBoxLayout &tools)
     save->setToolTip("Save the rows that are shown, one JSON object per line");
     connect(save, &QPushButton::clicked, this, &TracePanel::save);
     tools.addWidget(filter, 1);
-    for (QWidget *const tool : std::initializer_list<QWidget *>{pause, copy, save})
-        tools.addWidget(tool);
+    tools.addWidget(pause);
+    tools.addWidget(copy);
+    tools.addWidget(save);
 }
 
 void TracePanel::layOutColumns()

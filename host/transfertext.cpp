@@ -35,8 +35,7 @@ QString resultText(const Transfer &transfer)
 
 QString firstBytes(const Transfer &transfer)
 {
-    constexpr int shownBytes = 6;
-    return QString(transfer.bytes.left(shownBytes).toHex(' ')).toUpper();
+    return QString(transfer.bytes.left(6).toHex(' ')).toUpper();
 }
 
 QByteArray toJsonLine(const Transfer &transfer)
