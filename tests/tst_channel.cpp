@@ -119,6 +119,8 @@ private Q_SLOTS:
         const auto words = [&channel](int kind, auto record) {
             return channel.request(kind, QVariant::fromValue(record));
         };
+        const auto language = QVariant::fromValue(SettingData{"language", 0});
+        QCOMPARE(channel.channel.request(ChannelRequest::Setting, language), QVariant(1));
         QCOMPARE(words(0, SettingData{"language", 0}), "get Setting 0: language: 1: ok");
         QCOMPARE(words(0, SettingData{"volume", 0}), "get Setting 0: volume: no such setting: ok");
         QCOMPARE(words(3, CameraData{nullptr, true, 3, 0, 2}),
