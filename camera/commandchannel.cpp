@@ -21,8 +21,9 @@ QString describeNotice(const CameraData &notice)
 
 } // namespace
 
-CommandChannel::CommandChannel(TransferQueue &queue)
+CommandChannel::CommandChannel(TransferQueue &queue, int language)
     : m_queue(queue)
+    , m_language(language)
 {
     connect(&queue, &TransferQueue::transferred, this, &CommandChannel::transferred);
 }
@@ -33,11 +34,11 @@ QVariant CommandChannel::request(int kind, const QVariant &record)
         return transferToCamera(record);
 
     QVariant answer;
-    Transfer transfer = Transfer::begin(Transfer::None, kind);
+    Transfer transfer;
     transfer.outcome = Transfer::Succeeded;
     if (kind == ChannelRequest::Setting && record.canConvert<SettingData>()) {
         const QString name = record.value<SettingData>().name;
-        answer = m_settings.value(name);
+        answer = name == "language" ? QVariant(m_language) : QVariant();
         transfer.direction = Transfer::Get;
         transfer.meaning = name + ": " + (answer.isValid() ? answer.toString() : "no such setting");
     } else if (kind == ChannelRequest::Camera && record.canConvert<CameraData>()) {
@@ -48,6 +49,7 @@ QVariant CommandChannel::request(int kind, const QVariant &record)
             QString("refused: no such request with the record \"%1\"").arg(record.typeName());
         transfer.outcome = Transfer::NotSent;
     }
+    transfer.request = kind;
     Q_EMIT transferred(transfer);
     return answer;
 }
@@ -59,11 +61,8 @@ QVariant CommandChannel::transferToCamera(const QVariant &record)
     const QString refusal = TrackingProtocol::refusal(unit.write, unit.selector, bytes);
     QByteArray answer;
     if (!refusal.isEmpty()) {
-        Transfer transfer = Transfer::begin(unit.write ? Transfer::Set : Transfer::Get,
-                                            ChannelRequest::Extension, unit.selector);
-        transfer.bytes = bytes;
-        transfer.meaning = "refused: " + refusal;
-        Q_EMIT transferred(transfer);
+        Q_EMIT transferred({unit.write ? Transfer::Set : Transfer::Get, ChannelRequest::Extension,
+                            unit.selector, bytes, "refused: " + refusal});
     } else if (unit.write) {
         m_queue.sendCommand(bytes);
         return record;

@@ -2,7 +2,6 @@
 
 #include "transfer.h"
 
-#include <QHash>
 #include <QObject>
 #include <QVariant>
 
@@ -14,15 +13,12 @@ class CommandChannel : public QObject
 {
     Q_OBJECT
 public:
-    /// `queue` must outlive the channel.
-    explicit CommandChannel(TransferQueue &queue);
-
-    /// Sets the answer to a query for the setting `name`. Queries for other names get an invalid
-    /// QVariant.
-    void setSetting(const QString &name, const QVariant &value) { m_settings[name] = value; }
+    /// `queue` must outlive the channel. `language` answers queries for the only known setting,
+    /// "language": 1 English, 0 Chinese.
+    explicit CommandChannel(TransferQueue &queue, int language = 1);
 
     /// Answers one request; OrvPluginApi::commandChannel calls it. Returns an invalid QVariant for
-    /// an unknown request or record.
+    /// an unknown request, record or setting.
     QVariant request(int kind, const QVariant &record);
 
 Q_SIGNALS:
@@ -35,5 +31,5 @@ private:
     QVariant transferToCamera(const QVariant &record);
 
     TransferQueue &m_queue;
-    QHash<QString, QVariant> m_settings;
+    const int m_language;
 };

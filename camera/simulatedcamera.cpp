@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <chrono>
 #include <thread>
+#include <utility>
 
 using namespace TrackingProtocol;
 
@@ -19,23 +20,20 @@ SimulatedCamera::Status SimulatedCamera::status() const
 
 void SimulatedCamera::setStatus(const Status &status)
 {
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        if (status == m_status)
-            return;
-        m_status = status;
-    }
+    std::unique_lock<std::mutex> lock(m_mutex);
+    if (status == m_status)
+        return;
+    m_status = status;
+    lock.unlock();
     Q_EMIT statusChanged();
 }
 
 void SimulatedCamera::setValue(Field field, quint8 value)
 {
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        if (m_status.at(field) == value)
-            return;
-        m_status.at(field) = value;
-    }
+    std::unique_lock<std::mutex> lock(m_mutex);
+    if (std::exchange(m_status.at(field), value) == value)
+        return;
+    lock.unlock();
     Q_EMIT statusChanged();
 }
 

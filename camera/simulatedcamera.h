@@ -1,12 +1,24 @@
 #pragma once
 
 #include "camera.h"
-#include "faults.h"
 #include "trackingprotocol.h"
 
 #include <QObject>
 
+#include <array>
 #include <mutex>
+
+/// The faults that a simulated camera can have.
+namespace Fault {
+enum Kind { Delay, Error, Short, NoAnswer, Random, RefuseWrites, Unplugged, ChangesItself, Count };
+}
+
+/// The value of each fault, or `noFault`: milliseconds for Delay, an errno for Error, the length of
+/// the block for Short, any value for the others.
+using Faults = std::array<int, Fault::Count>;
+constexpr int noFault = -1;
+constexpr Faults noFaults = {noFault, noFault, noFault, noFault,
+                             noFault, noFault, noFault, noFault};
 
 /// A tracking camera without hardware, with configurable faults. It can be changed while another
 /// thread transfers.

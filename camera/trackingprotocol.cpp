@@ -27,7 +27,6 @@ constexpr Setting settings[] = {
 
 const Setting &settingOf(Field field)
 {
-    Q_ASSERT(field > Reserved && field < FieldCount);
     return settings[field - Tracking];
 }
 
@@ -88,9 +87,8 @@ QString describeStatus(const QByteArray &block)
 {
     QStringList parts;
     for (const Field field : settingFields) {
-        if (field < block.size()) {
+        if (field < block.size())
             parts += fieldName(field).toLower() + ' ' + valueName(field, byteAt(block, field));
-        }
     }
     if (block.size() < blockLength)
         parts.prepend(QString("only %1 bytes").arg(block.size()));

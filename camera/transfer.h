@@ -16,21 +16,15 @@ struct Transfer
     };
     enum Outcome { Succeeded, Failed, Superseded, NotSent };
 
-    QDateTime time;      ///< when it began
-    qint64 duration = 0; ///< ms
     Direction direction = None;
-    int request = 0;     ///< a ChannelRequest::Kind, or an unknown number; not used by events
-    qint64 selector = 0; ///< control of the extension unit; 0 in other requests
-    QByteArray bytes;    ///< sent or answered
-    QString meaning;     ///< the bytes or the event in words
+    int request = 0;       ///< a ChannelRequest::Kind, or an unknown number; not used by events
+    qint64 selector = 0;   ///< control of the extension unit; 0 in other requests
+    QByteArray bytes = {}; ///< sent or answered
+    QString meaning = {};  ///< the bytes or the event in words
     Outcome outcome = NotSent;
-    int error = 0; ///< errno if it failed
-
-    /// A record that begins now, not sent yet.
-    static Transfer begin(Direction direction, int request = 0, qint64 selector = 0)
-    {
-        return {QDateTime::currentDateTime(), 0, direction, request, selector, {}, {}, NotSent, 0};
-    }
+    int error = 0;                                 ///< errno if it failed
+    QDateTime time = QDateTime::currentDateTime(); ///< when it began
+    qint64 duration = 0;                           ///< ms
 
     bool isStatusRead() const { return selector != 0 && direction == Get; }
 };

@@ -3,6 +3,7 @@
 #include "orvpluginapi.h"
 #include "trackingprotocol.h"
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 
 #include <algorithm>
@@ -11,12 +12,13 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 namespace {
 
 using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
+using namespace TrackingProtocol;
 
 constexpr auto answerTime = 20ms;
 constexpr auto firstAnswerTime = 250ms;
@@ -28,24 +30,13 @@ constexpr std::chrono::milliseconds longestPause = 5s;
 
 Transfer commandRecord(const QByteArray &command)
 {
-    Transfer transfer = Transfer::begin(Transfer::Set, ChannelRequest::Extension,
-                                        TrackingProtocol::commandSelector);
-    transfer.bytes = command;
-    transfer.meaning = TrackingProtocol::describeCommand(command);
-    return transfer;
+    return {Transfer::Set, ChannelRequest::Extension, commandSelector, command,
+            describeCommand(command)};
 }
 
 Transfer readRecord()
 {
-    Transfer transfer =
-        Transfer::begin(Transfer::Get, ChannelRequest::Extension, TrackingProtocol::statusSelector);
-    transfer.meaning = "no answer";
-    return transfer;
-}
-
-char settingOf(const QByteArray &command)
-{
-    return command.at(TrackingProtocol::commandOffset);
+    return {Transfer::Get, ChannelRequest::Extension, statusSelector, {}, "no answer"};
 }
 
 } // namespace
@@ -57,7 +48,7 @@ struct TransferQueue::State
 
     std::mutex mutex; ///< guards all below
     std::condition_variable changed;
-    TransferQueue *queue; ///< null: the queue has finished
+    TransferQueue *queue; ///< null: finished, and a transfer in flight is abandoned
 
     QByteArray commandInFlight; ///< being sent, or about to be
     std::deque<QByteArray> waitingCommands;
@@ -65,13 +56,11 @@ struct TransferQueue::State
     bool readInFlight = false;
     bool readIsCurrent = false; ///< no command came since the last read began
     QByteArray block;           ///< the newest block; empty if a command or a failure came later
-    Clock::time_point nextRead;
+    QDeadlineTimer readPause;   ///< no reads before it expires
     std::chrono::milliseconds pause{0};
     CameraCondition condition;
     std::vector<Transfer> records; ///< not yet delivered
-    bool finishing = false;
-    bool ended = false;     ///< the thread does nothing more
-    bool abandoned = false; ///< the result of the transfer in flight does not matter
+    bool finishing = false;        ///< only the commands that wait are still sent
 
     State(std::shared_ptr<Camera> itsCamera, TransferQueue *itsQueue)
         : camera(std::move(itsCamera))
@@ -82,106 +71,100 @@ struct TransferQueue::State
     bool hasCommands() const { return !commandInFlight.isEmpty() || !waitingCommands.empty(); }
 
     void run();
-    void transferCommand(std::unique_lock<std::mutex> &lock);
-    void transferStatus(std::unique_lock<std::mutex> &lock);
+    Transfer beginCommand();
+    void endCommand(const Transfer &transfer, int error);
+    Transfer beginRead();
+    void endRead(Transfer transfer, const TransferResult &result);
     void enqueue(const QByteArray &command);
     void disconnect();
 
-    void add(Transfer transfer, Transfer::Outcome outcome, int error = 0);
-    void addResult(const Transfer &transfer, int error);
-    void addEvent(const char *meaning, int error);
+    void report(Transfer transfer, Transfer::Outcome outcome, int error = 0);
+    void reportResult(const Transfer &transfer, int error);
 };
 
-void TransferQueue::State::add(Transfer transfer, Transfer::Outcome outcome, int error)
+void TransferQueue::State::report(Transfer transfer, Transfer::Outcome outcome, int error)
 {
     transfer.outcome = outcome;
     transfer.error = error;
     records.push_back(transfer);
-    if (records.size() == 1 && queue)
+    if (queue)
         QMetaObject::invokeMethod(queue, &TransferQueue::deliver, Qt::QueuedConnection);
 }
 
-void TransferQueue::State::addResult(const Transfer &transfer, int error)
+void TransferQueue::State::reportResult(const Transfer &transfer, int error)
 {
-    add(transfer, error == 0 ? Transfer::Succeeded : Transfer::Failed, error);
-}
-
-void TransferQueue::State::addEvent(const char *meaning, int error)
-{
-    Transfer transfer = Transfer::begin(Transfer::Event);
-    transfer.meaning = meaning;
-    addResult(transfer, error);
+    report(transfer, error == 0 ? Transfer::Succeeded : Transfer::Failed, error);
 }
 
 /// Thread loop; runs until told to finish.
 void TransferQueue::State::run()
 {
     std::unique_lock<std::mutex> lock(mutex);
-    while (!ended && !abandoned) {
-        if (hasCommands())
-            transferCommand(lock);
-        else if (finishing)
-            ended = true;
-        else if (readWanted)
-            transferStatus(lock);
-        else
+    while (queue && (hasCommands() || !finishing)) {
+        if (!hasCommands() && !readWanted) {
             changed.wait(lock);
+            continue;
+        }
+        Transfer transfer = hasCommands() ? beginCommand() : beginRead();
+        TransferResult result;
+        lock.unlock();
+        QElapsedTimer timer;
+        timer.start();
+        if (transfer.isStatusRead())
+            result = camera->readStatus();
+        else
+            result.error = camera->sendCommand(transfer.bytes);
+        transfer.duration = timer.elapsed();
+        lock.lock();
+        if (!queue)
+            return;
+        if (transfer.isStatusRead())
+            endRead(transfer, result);
+        else
+            endCommand(transfer, result.error);
         changed.notify_all();
     }
 }
 
-void TransferQueue::State::transferCommand(std::unique_lock<std::mutex> &lock)
+Transfer TransferQueue::State::beginCommand()
 {
     if (commandInFlight.isEmpty()) {
         commandInFlight = waitingCommands.front();
         waitingCommands.pop_front();
     }
-    Transfer transfer = commandRecord(commandInFlight);
+    return commandRecord(commandInFlight);
+}
 
-    lock.unlock();
-    QElapsedTimer timer;
-    timer.start();
-    const int error = camera->sendCommand(transfer.bytes);
-    transfer.duration = timer.elapsed();
-    lock.lock();
-
+void TransferQueue::State::endCommand(const Transfer &transfer, int error)
+{
     commandInFlight.clear();
-    if (abandoned)
-        return;
     condition.write = error;
-    addResult(transfer, error);
+    reportResult(transfer, error);
     if (error == ENODEV)
         disconnect();
 }
 
-void TransferQueue::State::transferStatus(std::unique_lock<std::mutex> &lock)
+Transfer TransferQueue::State::beginRead()
 {
     readWanted = false;
     readInFlight = true;
     readIsCurrent = true;
-    Transfer transfer = readRecord();
+    return readRecord();
+}
 
-    lock.unlock();
-    QElapsedTimer timer;
-    timer.start();
-    const TransferResult result = camera->readStatus();
-    transfer.duration = timer.elapsed();
-    lock.lock();
-
+void TransferQueue::State::endRead(Transfer transfer, const TransferResult &result)
+{
     readInFlight = false;
-    if (abandoned)
-        return;
     transfer.bytes = result.bytes;
     if (!result.bytes.isEmpty())
-        transfer.meaning = TrackingProtocol::describeStatus(result.bytes);
-    addResult(transfer, result.error);
+        transfer.meaning = describeStatus(result.bytes);
+    reportResult(transfer, result.error);
     if (result.error == 0) {
         if (readIsCurrent)
             block = result.bytes;
         pause = 0ms;
-        nextRead = {};
         if (condition.read == ENODEV) {
-            addEvent("back", 0);
+            reportResult({Transfer::Event, 0, 0, {}, "back"}, 0);
             condition.write = 0;
         }
         condition.read = 0;
@@ -190,7 +173,7 @@ void TransferQueue::State::transferStatus(std::unique_lock<std::mutex> &lock)
     block.clear();
     readWanted = false;
     pause = std::clamp(2 * pause, shortestPause, longestPause);
-    nextRead = Clock::now() + pause;
+    readPause.setRemainingTime(pause);
     if (result.error == ENODEV)
         disconnect();
     else if (condition.read != ENODEV) // A disconnected camera stays so until a read succeeds.
@@ -200,11 +183,11 @@ void TransferQueue::State::transferStatus(std::unique_lock<std::mutex> &lock)
 void TransferQueue::State::disconnect()
 {
     if (condition.read != ENODEV)
-        addEvent("disconnected", ENODEV);
+        reportResult({Transfer::Event, 0, 0, {}, "disconnected"}, ENODEV);
     condition.read = ENODEV;
     block.clear();
     for (const QByteArray &command : waitingCommands)
-        add(commandRecord(command), Transfer::Failed, ENODEV);
+        report(commandRecord(command), Transfer::Failed, ENODEV);
     waitingCommands.clear();
 }
 
@@ -218,9 +201,9 @@ void TransferQueue::State::enqueue(const QByteArray &command)
     } else {
         const auto old = std::find_if(
             waitingCommands.begin(), waitingCommands.end(),
-            [&](const QByteArray &other) { return settingOf(other) == settingOf(command); });
+            [&](const QByteArray &other) { return fieldOf(other) == fieldOf(command); });
         if (old != waitingCommands.end()) {
-            add(commandRecord(*old), Transfer::Superseded);
+            report(commandRecord(*old), Transfer::Superseded);
             waitingCommands.erase(old);
         }
         waitingCommands.push_back(command);
@@ -242,37 +225,35 @@ TransferQueue::~TransferQueue()
 
 void TransferQueue::sendCommand(const QByteArray &command)
 {
-    {
-        const std::lock_guard<std::mutex> lock(m_state->mutex);
-        if (m_access == ReadOnly || m_state->finishing)
-            m_state->add(commandRecord(command), Transfer::NotSent);
-        else if (m_state->condition.read == ENODEV)
-            m_state->add(commandRecord(command), Transfer::Failed, ENODEV);
-        else
-            m_state->enqueue(command);
-    }
+    std::unique_lock<std::mutex> lock(m_state->mutex);
+    if (m_access == ReadOnly || m_state->finishing)
+        m_state->report(commandRecord(command), Transfer::NotSent);
+    else if (m_state->condition.read == ENODEV)
+        m_state->report(commandRecord(command), Transfer::Failed, ENODEV);
+    else
+        m_state->enqueue(command);
+    lock.unlock();
     deliver();
 }
 
 QByteArray TransferQueue::readStatus()
 {
     QByteArray answer;
-    {
-        std::unique_lock<std::mutex> lock(m_state->mutex);
-        State &state = *m_state;
-        // A read that began before the last command would show the camera as it was.
-        const bool join = state.readInFlight && state.readIsCurrent;
-        if (state.finishing || (!join && Clock::now() < state.nextRead)) {
-            state.add(readRecord(), Transfer::NotSent);
-        } else {
-            state.readWanted = !join;
-            state.changed.notify_all();
-            state.changed.wait_for(lock, m_firstRead ? firstAnswerTime : answerTime,
-                                   [&] { return !state.readWanted && !state.readInFlight; });
-            answer = state.block;
-        }
-        m_firstRead = false;
+    State &state = *m_state;
+    std::unique_lock<std::mutex> lock(state.mutex);
+    // A read that began before the last command would show the camera as it was.
+    const bool join = state.readInFlight && state.readIsCurrent;
+    if (state.finishing || (!join && !state.readPause.hasExpired())) {
+        state.report(readRecord(), Transfer::NotSent);
+    } else {
+        state.readWanted = !join;
+        state.changed.notify_all();
+        state.changed.wait_for(lock, m_firstRead ? firstAnswerTime : answerTime,
+                               [&] { return !state.readWanted && !state.readInFlight; });
+        answer = state.block;
     }
+    lock.unlock();
+    m_firstRead = false;
     deliver();
     return answer;
 }
@@ -281,37 +262,32 @@ void TransferQueue::finish()
 {
     if (!m_thread.joinable())
         return;
-    {
-        std::unique_lock<std::mutex> lock(m_state->mutex);
-        State &state = *m_state;
-        state.finishing = true;
-        state.changed.notify_all();
-        if (state.changed.wait_for(lock, finishTime, [&] { return !state.hasCommands(); }))
-            state.changed.wait_for(lock, lastReadTime, [&] { return state.ended; });
-        state.abandoned = !state.ended;
-        state.queue = nullptr;
-        if (!state.commandInFlight.isEmpty())
-            state.add(commandRecord(state.commandInFlight), Transfer::Failed, ETIMEDOUT);
-        for (const QByteArray &command : state.waitingCommands)
-            state.add(commandRecord(command), Transfer::NotSent);
-        state.waitingCommands.clear();
-        if (state.abandoned)
-            m_thread.detach();
-    }
-    if (m_thread.joinable())
+    State &state = *m_state;
+    std::unique_lock<std::mutex> lock(state.mutex);
+    state.finishing = true;
+    state.changed.notify_all();
+    if (state.changed.wait_for(lock, finishTime, [&] { return !state.hasCommands(); }))
+        state.changed.wait_for(lock, lastReadTime, [&] { return !state.readInFlight; });
+    const bool abandoned = state.hasCommands() || state.readInFlight;
+    state.queue = nullptr;
+    if (!state.commandInFlight.isEmpty())
+        state.report(commandRecord(state.commandInFlight), Transfer::Failed, ETIMEDOUT);
+    for (const QByteArray &command : state.waitingCommands)
+        state.report(commandRecord(command), Transfer::NotSent);
+    lock.unlock();
+    if (abandoned)
+        m_thread.detach();
+    else
         m_thread.join();
     deliver();
 }
 
 void TransferQueue::deliver()
 {
-    std::vector<Transfer> records;
-    CameraCondition condition;
-    {
-        const std::lock_guard<std::mutex> lock(m_state->mutex);
-        records.swap(m_state->records);
-        condition = m_state->condition;
-    }
+    std::unique_lock<std::mutex> lock(m_state->mutex);
+    const std::vector<Transfer> records = std::exchange(m_state->records, {});
+    const CameraCondition condition = m_state->condition;
+    lock.unlock();
     for (const Transfer &transfer : records)
         Q_EMIT transferred(transfer);
     if (!(condition == m_condition)) {

@@ -15,17 +15,6 @@
 
 using namespace TrackingProtocol;
 
-UvcCamera::UvcCamera(int unit, Use use)
-    : m_unit(unit)
-    , m_use(use)
-{
-}
-
-UvcCamera::~UvcCamera()
-{
-    close();
-}
-
 void UvcCamera::close()
 {
     if (m_descriptor >= 0)
@@ -36,14 +25,14 @@ std::unique_ptr<UvcCamera> UvcCamera::open(const QString &node, int unit, Use us
                                            CameraRefusal *refusal)
 {
     std::unique_ptr<UvcCamera> camera(new UvcCamera(unit, use));
-    camera->m_usb = videoNode(node).usb;
+    camera->m_camera = videoNode(node).camera;
     *refusal = camera->attach(node);
     if (refusal->error)
         camera.reset();
     return camera;
 }
 
-/// Opens the node and checks that the camera can be used.
+/// Opens the node and checks that the camera can be used. Leaves the node open if it cannot.
 CameraRefusal UvcCamera::attach(const QString &path)
 {
     v4l2_capability capability = {};
@@ -51,22 +40,18 @@ CameraRefusal UvcCamera::attach(const QString &path)
     if (m_descriptor < 0)
         return {CameraRefusal::CannotOpen, errno};
 
-    CameraRefusal refusal;
     // While the node is open, its number cannot pass to another camera.
     const VideoNode node = videoNode(path);
-    if (!(node.usb == m_usb))
-        refusal = {CameraRefusal::ReplacedCamera, ENODEV};
-    else if (!isCaptureNode(capability))
-        refusal = {CameraRefusal::NoCaptureNode, ENODEV};
-    if (!refusal.error && m_unit == 0)
+    if (node.camera != m_camera)
+        return {CameraRefusal::ReplacedCamera, ENODEV};
+    if (!(capability.device_caps & V4L2_CAP_VIDEO_CAPTURE))
+        return {CameraRefusal::NoCaptureNode, ENODEV};
+    CameraRefusal refusal;
+    if (m_unit == 0)
         refusal = chooseUnit(node);
     if (!refusal.error && m_use == Use::ReadAndWrite)
         refusal = checkControl(commandSelector, UVC_CONTROL_CAP_SET);
-    if (!refusal.error)
-        refusal = checkControl(statusSelector, UVC_CONTROL_CAP_GET);
-    if (refusal.error)
-        close();
-    return refusal;
+    return refusal.error ? refusal : checkControl(statusSelector, UVC_CONTROL_CAP_GET);
 }
 
 CameraRefusal UvcCamera::chooseUnit(const VideoNode &node)
@@ -114,11 +99,12 @@ int UvcCamera::attachAgain()
     int error = ENODEV;
     const auto nodes = videoNodes();
     for (const VideoNode &node : nodes) {
-        if (node.usb.interface.isEmpty() || !(node.usb == m_usb))
+        if (node.camera.isEmpty() || node.camera != m_camera)
             continue;
         const int refusal = attach(node.path).error;
         if (refusal == 0)
             return 0;
+        close();
         // The camera's metadata node also refuses with ENODEV.
         if (refusal != ENODEV)
             error = refusal;
@@ -149,12 +135,9 @@ int UvcCamera::sendCommand(const QByteArray &command)
 /// Performs one transfer, of as many bytes as there are in `bytes`.
 TransferResult UvcCamera::query(quint8 request, int control, QByteArray bytes)
 {
-    uvc_xu_control_query transfer = {};
-    transfer.unit = quint8(m_unit);
-    transfer.selector = quint8(control);
-    transfer.query = request;
-    transfer.size = quint16(bytes.size());
-    transfer.data = reinterpret_cast<quint8 *>(bytes.data());
+    uvc_xu_control_query transfer = {quint8(m_unit), quint8(control), request,
+                                     quint16(bytes.size()),
+                                     reinterpret_cast<quint8 *>(bytes.data())};
     const int result = ::ioctl(m_descriptor, UVCIOC_CTRL_QUERY, &transfer);
     if (result == 0)
         return {bytes, 0};

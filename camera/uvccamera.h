@@ -46,7 +46,7 @@ public:
     /// the camera cannot be used. Can block for several seconds.
     static std::unique_ptr<UvcCamera> open(const QString &node, int unit, Use use,
                                            CameraRefusal *refusal);
-    ~UvcCamera() override;
+    ~UvcCamera() override { close(); }
     Q_DISABLE_COPY(UvcCamera)
 
     /// Returns at most 255 bytes, which is what a record can hold. A short transfer returns EIO.
@@ -54,7 +54,11 @@ public:
     int sendCommand(const QByteArray &command) override;
 
 private:
-    UvcCamera(int unit, Use use);
+    UvcCamera(int unit, Use use)
+        : m_unit(unit)
+        , m_use(use)
+    {
+    }
     CameraRefusal attach(const QString &path);
     CameraRefusal chooseUnit(const VideoNode &node);
     CameraRefusal checkControl(int control, int capability);
@@ -64,7 +68,7 @@ private:
 
     int m_unit;
     const Use m_use;
-    UsbIdentity m_usb;
+    QByteArray m_camera; ///< VideoNode::camera
     int m_descriptor = -1;
     int m_statusLength = 0; ///< bytes; of the current connection
 };

@@ -1,26 +1,13 @@
 #include "v4l2nodes.h"
 
-#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <linux/videodev2.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
-
-bool UsbIdentity::operator==(const UsbIdentity &other) const
-{
-    return interface == other.interface && vendor == other.vendor && product == other.product &&
-           serial == other.serial;
-}
-
-static QByteArray contents(const QString &fileName)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 VideoNode videoNode(const QString &path)
 {
@@ -36,13 +23,12 @@ VideoNode videoNode(const QString &path)
     if (folder.size() <= 1)
         return node;
 
-    const auto attribute = [&folder](const char *file) {
-        return contents(folder + '/' + file);
+    const auto attribute = [&folder](const char *fileName) {
+        QFile file(folder + '/' + fileName);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     };
-    const auto text = [&attribute](const char *file) {
-        return QString::fromUtf8(attribute(file)).trimmed();
-    };
-    node.usb = {interface, text("idVendor"), text("idProduct"), text("serial")};
+    node.camera = interface.toUtf8() + '\n' + attribute("idVendor") + attribute("idProduct") +
+                  attribute("serial");
     // A node gives access only to the units of its own interface.
     const QString place = interface.section(':', 1);
     const auto units = extensionUnits(attribute("descriptors"));
@@ -55,16 +41,13 @@ VideoNode videoNode(const QString &path)
 
 QVector<VideoNode> videoNodes()
 {
-    const QString prefix("video");
-    QVector<int> numbers;
-    const QDir nodes("/sys/class/video4linux");
-    const auto names = nodes.entryList({prefix + "*"}, QDir::Dirs);
-    for (const QString &name : names)
-        numbers << name.midRef(prefix.size()).toInt();
-    std::sort(numbers.begin(), numbers.end());
+    constexpr int maximumNodes = 256; // of the kernel
     QVector<VideoNode> found;
-    for (const int number : qAsConst(numbers))
-        found << videoNode("/dev/" + prefix + QString::number(number));
+    for (int number = 0; number < maximumNodes; ++number) {
+        const QString name = "video" + QString::number(number);
+        if (QFileInfo::exists("/sys/class/video4linux/" + name))
+            found << videoNode("/dev/" + name);
+    }
     return found;
 }
 
@@ -77,9 +60,4 @@ int openVideoNode(const QString &path, v4l2_capability *capability)
     ::close(descriptor);
     errno = error;
     return -1;
-}
-
-bool isCaptureNode(const v4l2_capability &capability)
-{
-    return capability.device_caps & V4L2_CAP_VIDEO_CAPTURE;
 }

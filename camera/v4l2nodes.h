@@ -6,22 +6,12 @@
 
 struct v4l2_capability;
 
-/// Identifies a USB camera, also after it was plugged in again.
-struct UsbIdentity
-{
-    QString interface; ///< name in sysfs, with port, configuration and number: 1-2.3:1.0
-    QString vendor;    ///< four hexadecimal digits
-    QString product;   ///< four hexadecimal digits
-    QString serial;    ///< empty if the camera has none
-
-    bool operator==(const UsbIdentity &other) const;
-};
-
 /// A video node and what sysfs knows about its camera.
 struct VideoNode
 {
     QString path;                  ///< /dev/video0
-    UsbIdentity usb;               ///< empty unless it is a USB camera that is plugged in
+    QByteArray camera;             ///< port, interface, vendor, product and serial number, so that
+                                   ///< a camera can be found again; empty without a USB camera
     QVector<UnitDescriptor> units; ///< those of the node's own interface
 };
 
@@ -33,4 +23,3 @@ QVector<VideoNode> videoNodes();
 
 /// Opens a node and queries its capabilities. The caller owns the descriptor; -1: see errno.
 int openVideoNode(const QString &path, v4l2_capability *capability);
-bool isCaptureNode(const v4l2_capability &capability);

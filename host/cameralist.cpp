@@ -43,7 +43,7 @@ QString listCameras()
             continue;
         }
         ::close(descriptor);
-        if (!isCaptureNode(capability))
+        if (!(capability.device_caps & V4L2_CAP_VIDEO_CAPTURE))
             continue;
         text += QString("%1: %2, driver %3, bus %4\n")
                     .arg(node.path, printable(capability.card), printable(capability.driver),

@@ -4,13 +4,22 @@
 #include "faultkinds.h"
 #include "simulatedcamera.h"
 
-#include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
-#include <QSpinBox>
 
 using namespace TrackingProtocol;
+
+/// Adds a column with a box below its title.
+static QComboBox *addBox(QGridLayout &grid, const QString &title)
+{
+    auto *box = new QComboBox;
+    const int column = grid.columnCount();
+    grid.addWidget(new QLabel(title), 0, column);
+    grid.addWidget(box, 1, column);
+    grid.setColumnStretch(column, 1);
+    return box;
+}
 
 CameraPanel::CameraPanel(SimulatedCamera &camera)
     : QGroupBox("Simulated camera")
@@ -18,15 +27,11 @@ CameraPanel::CameraPanel(SimulatedCamera &camera)
 {
     auto *settings = new QGridLayout;
     for (const Field field : settingFields) {
-        auto *box = new QComboBox;
+        auto *box = addBox(*settings, fieldName(field));
         m_values.at(field) = box;
         connect(box, QOverload<int>::of(&QComboBox::activated), this, [this, box, field] {
             m_camera.setValue(field, static_cast<quint8>(box->currentData().toInt()));
         });
-        const int column = settings->columnCount();
-        settings->addWidget(new QLabel(fieldName(field)), 0, column);
-        settings->addWidget(box, 1, column);
-        settings->setColumnStretch(column, 1);
     }
     auto *faults = new QGridLayout;
     addFaults(*faults);
@@ -41,56 +46,25 @@ CameraPanel::CameraPanel(SimulatedCamera &camera)
 
 void CameraPanel::addFaults(QGridLayout &grid)
 {
-    const Faults present = m_camera.faults();
     for (int fault = 0; fault < Fault::Count; ++fault) {
         const FaultKind &kind = faultKinds.at(fault);
-        const QString title(kind.title);
-        const QString explanation(kind.explanation);
-        const int column = grid.columnCount();
-        QWidget *control = nullptr;
-        if (kind.takes == FaultKind::Nothing) {
-            auto *box = new QCheckBox(title);
-            box->setChecked(present.at(fault) != noFault);
-            connect(box, &QCheckBox::toggled, this,
-                    [this, fault](bool on) { setFault(fault, on ? 1 : noFault); });
-            control = box;
-        } else if (kind.takes == FaultKind::Number) {
-            auto *box = new QSpinBox;
-            box->setRange(noFault, kind.maximum);
-            box->setSpecialValueText("off");
-            box->setSuffix(kind.unit);
-            box->setSingleStep(kind.maximum > 1000 ? 50 : 1);
-            box->setValue(present.at(fault));
-            connect(box, QOverload<int>::of(&QSpinBox::valueChanged), this,
-                    [this, fault](int value) { setFault(fault, value); });
-            control = box;
-        } else {
-            auto *box = new QComboBox;
-            box->addItem("off", noFault);
-            for (const int error : faultErrors)
-                box->addItem(errorName(error), error);
-            box->setCurrentIndex(box->findData(present.at(fault)));
-            connect(box, QOverload<int>::of(&QComboBox::activated), this,
-                    [this, box, fault] { setFault(fault, box->currentData().toInt()); });
-            control = box;
-        }
-        if (kind.takes != FaultKind::Nothing) {
-            auto *label = new QLabel(title);
-            label->setToolTip(explanation);
-            grid.addWidget(label, 0, column);
-        }
-        control->setObjectName(QString("fault_") + kind.name);
-        control->setToolTip(explanation);
-        grid.addWidget(control, 1, column);
-        grid.setColumnStretch(column, 1);
+        const int current = m_camera.faults().at(fault);
+        QVector<int> values = faultChoices(fault);
+        values.prepend(noFault);
+        if (!values.contains(current))
+            values += current;
+        auto *box = addBox(grid, kind.title);
+        box->setToolTip(kind.explanation);
+        box->setObjectName("fault_" + QString(kind.usage).section('=', 0, 0));
+        for (const int value : qAsConst(values))
+            box->addItem(faultValueName(fault, value), value);
+        box->setCurrentIndex(values.indexOf(current));
+        connect(box, QOverload<int>::of(&QComboBox::activated), this, [this, box, fault] {
+            Faults faults = m_camera.faults();
+            faults.at(fault) = box->currentData().toInt();
+            m_camera.setFaults(faults);
+        });
     }
-}
-
-void CameraPanel::setFault(int fault, int value)
-{
-    Faults faults = m_camera.faults();
-    faults.at(fault) = value;
-    m_camera.setFaults(faults);
 }
 
 void CameraPanel::showStatus()

@@ -20,7 +20,6 @@ public:
 
 private:
     void addFaults(QGridLayout &grid);
-    void setFault(int fault, int value);
     void showStatus();
 
     SimulatedCamera &m_camera;

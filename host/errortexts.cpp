@@ -5,9 +5,7 @@
 
 #include <QStringList>
 
-#include <algorithm>
 #include <cerrno>
-#include <iterator>
 
 namespace {
 
@@ -19,37 +17,35 @@ struct Error
     const char *advice;
 };
 
+constexpr const char *tryAgain = "Try again; if that does not help, reconnect the camera.";
+constexpr const char *checkUnit = "Check the unit: --list-cameras shows the units.";
+
 constexpr Error errors[] = {
     {EACCES, "EACCES", "you do not have access to the camera",
      "Add the user to the group \"video\" and log in again."},
-    {EPERM, "EPERM", "it is not permitted",
-     "Start without --read-only; a container needs access to the camera."},
+    {EPERM, "EPERM", "it is not permitted", "A container needs access to the camera."},
     {ENOENT, "ENOENT", "there is no such node, unit or control",
      "--list-cameras shows the cameras and their units."},
     {ENODEV, "ENODEV", "the camera was unplugged", "Plug it into the same port again."},
     {ENOTTY, "ENOTTY", "this is not a UVC camera", "--list-cameras shows the cameras."},
     {EBUSY, "EBUSY", "another program uses the camera", "Close that program."},
-    {ENOBUFS, "ENOBUFS", "the control has a different length",
-     "Check the unit: --list-cameras shows the units."},
-    {EINVAL, "EINVAL", "the driver or the camera does not accept these values",
-     "Check the unit: --list-cameras shows the units."},
-    {EBADRQC, "EBADRQC", "the control cannot be used this way",
-     "Check the unit: --list-cameras shows the units."},
-    {EPIPE, "EPIPE", "the camera refused the request",
-     "Try again; if that does not help, reconnect the camera."},
+    {ENOBUFS, "ENOBUFS", "the control has a different length", checkUnit},
+    {EINVAL, "EINVAL", "the driver or the camera does not accept these values", checkUnit},
+    {EBADRQC, "EBADRQC", "the control cannot be used this way", checkUnit},
+    {EPIPE, "EPIPE", "the camera refused the request", tryAgain},
     {EPROTO, "EPROTO", "there was an error on the USB connection",
      "Try another cable or port, without a hub."},
-    {EIO, "EIO", "the transfer was interrupted, or the answer was too short",
-     "Try again; if that does not help, reconnect the camera."},
-    {ETIMEDOUT, "ETIMEDOUT", "the camera did not answer in time",
-     "Try again; if that does not help, reconnect the camera."},
+    {EIO, "EIO", "the transfer was interrupted, or the answer was too short", tryAgain},
+    {ETIMEDOUT, "ETIMEDOUT", "the camera did not answer in time", tryAgain},
 };
 
 const Error *find(int error)
 {
-    const auto *const found = std::find_if(std::begin(errors), std::end(errors),
-                                           [error](const Error &e) { return e.number == error; });
-    return found == std::end(errors) ? nullptr : found;
+    for (const Error &known : errors) {
+        if (known.number == error)
+            return &known;
+    }
+    return nullptr;
 }
 
 } // namespace
@@ -73,7 +69,8 @@ QString refusalText(const QString &node, const CameraRefusal &refusal)
     QStringList numbers;
     for (const int unit : refusal.units)
         numbers << QString::number(unit);
-    const QString units = numbers.isEmpty() ? "none" : numbers.join(", ");
+    const QString units =
+        (numbers.isEmpty() ? "none" : numbers.join(", ")) + ". Choose one with --unit.";
     const bool isCommand = refusal.control == TrackingProtocol::commandSelector;
     const QString control = QString("Control %1 of unit %2 cannot be %3")
                                 .arg(refusal.control)
@@ -89,11 +86,9 @@ QString refusalText(const QString &node, const CameraRefusal &refusal)
     case CameraRefusal::NoCaptureNode:
         return node + " is not a capture node; --list-cameras shows those.";
     case CameraRefusal::NoUnit:
-        return node + " has no extension unit with the controls 7 and 8; its units: " + units +
-               ". Choose one with --unit.";
+        return node + " has no extension unit with the controls 7 and 8; its units: " + units;
     case CameraRefusal::SeveralUnits:
-        return node + " has several extension units with the controls 7 and 8: " + units +
-               ". Choose one with --unit.";
+        return node + " has several extension units with the controls 7 and 8: " + units;
     case CameraRefusal::NoLength:
         return transferError(control + ": GET_LEN", refusal.error);
     case CameraRefusal::WrongLength:

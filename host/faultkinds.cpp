@@ -1,78 +1,91 @@
 #include "faultkinds.h"
 
 #include "errortexts.h"
-#include "trackingprotocol.h"
 
 #include <QStringList>
 
 #include <cerrno>
 
 const std::array<FaultKind, Fault::Count> faultKinds = {{
-    {"delay", "Delay", FaultKind::Number, 10000, " ms",
+    {"delay=0..10000", "Delay", " ms",
      "Each transfer takes this long.\nA good panel stays usable, sends the last choice of every "
      "setting, and no control jumps back."},
-    {"errno", "Error", FaultKind::ErrorName, 0, "",
+    {"errno=EIO|EPIPE|EPROTO|EBUSY|EINVAL|ENOBUFS|ETIMEDOUT|ENODEV", "Error", nullptr,
      "Each transfer fails with this error.\nA good panel stays as it is; its host reports the "
-     "error "
-     "once and reads less often."},
-    {"short", "Short block", FaultKind::Number, TrackingProtocol::blockLength - 1, " bytes",
+     "error once and reads less often."},
+    {"short=0..59", "Short block", " bytes",
      "The status block ends after this many bytes.\nA good panel ignores the settings that are "
      "missing."},
-    {"no-answer", "No answer", FaultKind::Nothing, 0, "",
+    {"no-answer", "No answer", nullptr,
      "The camera answers neither reads nor commands.\nA good panel is collapsed at the start; "
-     "later "
-     "it stays as it is and stays usable."},
-    {"random", "Random", FaultKind::Nothing, 0, "",
+     "later it stays as it is and stays usable."},
+    {"random", "Random", nullptr,
      "Every status block holds random bytes.\nA good panel ignores unknown values, follows the "
      "others, and sends nothing back."},
-    {"refuse-writes", "Refuse writes", FaultKind::Nothing, 0, "",
+    {"refuse-writes", "Refuse writes", nullptr,
      "The camera reports its status and refuses every command.\nA good panel follows the status "
      "and does not repeat the command."},
-    {"unplugged", "Unplugged", FaultKind::Nothing, 0, "",
+    {"unplugged", "Unplugged", nullptr,
      "The camera is disconnected until you clear this.\nA good panel stays as it is. When the "
      "camera is back, it follows the camera and sends nothing by itself."},
-    {"changes-itself", "Changes itself", FaultKind::Nothing, 0, "",
+    {"changes-itself", "Changes itself", nullptr,
      "The camera changes a setting now and then, as with a remote control.\nA good panel follows "
      "and sends nothing back."},
 }};
 
-const std::array<int, 8> faultErrors = {EIO,    EPIPE,   EPROTO,    EBUSY,
-                                        EINVAL, ENOBUFS, ETIMEDOUT, ENODEV};
+QVector<int> faultChoices(int fault)
+{
+    switch (fault) {
+    case Fault::Delay:
+        return {20, 100, 500, 2000, 10000};
+    case Fault::Error:
+        return {EIO, EPIPE, EPROTO, EBUSY, EINVAL, ENOBUFS, ETIMEDOUT, ENODEV};
+    case Fault::Short:
+        return {0, 1, 2, 3, 4, 5, 59};
+    default:
+        return {1};
+    }
+}
+
+QString faultValueName(int fault, int value)
+{
+    if (value == noFault)
+        return "off";
+    if (fault == Fault::Error)
+        return errorName(value);
+    const char *const unit = faultKinds.at(fault).unit;
+    return unit ? QString::number(value) + unit : "on";
+}
+
+QString faultUsage()
+{
+    QStringList usages;
+    for (const FaultKind &kind : faultKinds)
+        usages += kind.usage;
+    return usages.join(", ");
+}
 
 QString addFault(Faults &faults, const QString &text)
 {
-    const int equals = text.indexOf('=');
-    const QString name = text.left(equals);
-    const QString value = equals < 0 ? QString() : text.mid(equals + 1);
-    QStringList names;
-    for (int i = 0; i < Fault::Count; ++i) {
-        const FaultKind &kind = faultKinds.at(i);
-        names += kind.name;
-        if (names.last() != name)
+    const QString value = text.section('=', 1);
+    for (int fault = 0; fault < Fault::Count; ++fault) {
+        const FaultKind &kind = faultKinds.at(fault);
+        if (QString(kind.usage).section('=', 0, 0) != text.section('=', 0, 0))
             continue;
-        if (kind.takes == FaultKind::Number) {
-            bool ok = false;
-            const int number = value.toInt(&ok);
-            if (!ok || number < 0 || number > kind.maximum)
-                return QString("%1=0..%2").arg(name).arg(kind.maximum);
-            faults.at(i) = number;
+        const QVector<int> choices = faultChoices(fault);
+        bool isNumber = false;
+        const int number = value.toInt(&isNumber);
+        if (kind.unit && isNumber && number >= 0 && number <= choices.last()) {
+            faults.at(fault) = number;
             return {};
         }
-        if (kind.takes == FaultKind::ErrorName) {
-            QStringList errors;
-            for (const int error : faultErrors) {
-                errors += errorName(error);
-                if (errors.last() == value) {
-                    faults.at(i) = error;
-                    return {};
-                }
+        for (const int choice : choices) {
+            if (!kind.unit && value == (fault == Fault::Error ? errorName(choice) : "")) {
+                faults.at(fault) = choice;
+                return {};
             }
-            return "errno= one of " + errors.join(", ");
         }
-        if (equals >= 0)
-            return name + " without a value";
-        faults.at(i) = 1;
-        return {};
+        return kind.usage;
     }
-    return "one of " + names.join(", ");
+    return "one of " + faultUsage();
 }

@@ -9,20 +9,16 @@
 
 #include <QLabel>
 #include <QPushButton>
-#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
 
 namespace {
 
 /// Sizes in pixels at 96 dots per inch.
 constexpr int panelWidth = 374;
 constexpr int windowHeight = 640;
-/// How long a notice replaces the camera's condition.
-constexpr std::chrono::seconds noticeTime(5);
 
 QString describe(const CameraCondition &condition)
 {
@@ -30,13 +26,11 @@ QString describe(const CameraCondition &condition)
         return "The camera has not answered yet.";
     if (condition.read == ENODEV)
         return "The camera is disconnected. What you choose now is not sent later.";
-    if (condition.read != 0) {
+    if (condition.read != 0)
         return "The camera is failing. " + transferError("Reading control 8", condition.read);
-    }
-    const QString connected("The camera is connected.");
-    return condition.write == 0
-               ? connected
-               : connected + ' ' + transferError("Setting control 7", condition.write);
+    if (condition.write != 0)
+        return "The camera is connected. " + transferError("Setting control 7", condition.write);
+    return "The camera is connected.";
 }
 
 } // namespace
@@ -88,21 +82,13 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
 
     connect(&channel, &CommandChannel::transferred, this,
             [trace](const Transfer &transfer) { trace->trace().add(transfer); });
-    connect(trace, &TracePanel::noticed, this, [this](const QString &sentence) {
-        showSentence(sentence);
-        QTimer::singleShot(noticeTime, this, &HostWindow::showCondition);
-    });
     connect(&queue, &TransferQueue::conditionChanged, this, &HostWindow::showCondition);
     showCondition();
 }
 
 void HostWindow::showCondition()
 {
-    showSentence(describe(m_queue.condition()));
-}
-
-void HostWindow::showSentence(const QString &sentence)
-{
+    const QString sentence = describe(m_queue.condition());
     m_condition->setText(sentence);
     m_condition->setToolTip(sentence);
 }

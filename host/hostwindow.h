@@ -25,7 +25,6 @@ Q_SIGNALS:
 
 private:
     void showCondition();
-    void showSentence(const QString &sentence);
 
     const TransferQueue &m_queue;
     QWidget *m_panelContainer;

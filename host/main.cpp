@@ -70,8 +70,7 @@ int showPanel(const Options &options, const PluginFile &plugin,
 {
     TransferQueue queue(camera,
                         options.readOnly ? TransferQueue::ReadOnly : TransferQueue::ReadWrite);
-    CommandChannel channel(queue);
-    channel.setSetting("language", options.language);
+    CommandChannel channel(queue, options.language);
     if (trace.isOpen()) {
         QObject::connect(&channel, &CommandChannel::transferred, &channel,
                          [&trace](const Transfer &transfer) { trace.write(toJsonLine(transfer)); });

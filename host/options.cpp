@@ -20,9 +20,7 @@ void addOptions(QCommandLineParser &parser)
          "Initial status bytes of the simulated camera: reserved, tracking, type, mode, "
          "composition, each 0 to 255. Default: 0,1,0,1,0.",
          "b0,b1,b2,b3,b4", "0,1,0,1,0"},
-        {"fault",
-         "Give the simulated camera a fault. Repeatable. One of delay=MS, no-answer, errno=NAME, "
-         "short=BYTES, random, refuse-writes, unplugged, changes-itself.",
+        {"fault", "Give the simulated camera a fault. Repeatable. One of " + faultUsage() + '.',
          "name[=value]"},
         {"camera", "Use the real camera at this node, such as /dev/video0.", "node"},
         {"unit",

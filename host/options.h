@@ -1,7 +1,6 @@
 #pragma once
 
-#include "faults.h"
-#include "trackingprotocol.h"
+#include "simulatedcamera.h"
 
 #include <QString>
 #include <QStringList>

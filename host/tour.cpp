@@ -98,11 +98,7 @@ void Tour::takeTransfer(const Transfer &transfer)
                m_camera) {
         m_camera->at(fieldOf(transfer.bytes)) = quint8(transfer.bytes[valueOffset]);
     }
-    printTransfer(transfer);
-}
 
-void Tour::printTransfer(const Transfer &transfer)
-{
     QString address = requestText(transfer);
     if (transfer.selector != 0)
         address += ' ' + QString::number(transfer.selector);

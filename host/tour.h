@@ -33,7 +33,6 @@ Q_SIGNALS:
 
 private:
     void takeTransfer(const Transfer &transfer);
-    void printTransfer(const Transfer &transfer);
     void beginNextStep();
     void checkStep();
     void finish(bool agreed);

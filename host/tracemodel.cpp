@@ -9,8 +9,9 @@ namespace {
 
 constexpr int maximumRows = 10000;
 
-constexpr const char *titles[TraceModel::Count] = {
-    "Time", "Duration", "Direction", "Request", "Selector", "Meaning", "Result", "First bytes"};
+constexpr const char *titles[TraceModel::Count] = {"Time",    "Duration", "Direction",
+                                                   "Request", "Selector", "Meaning",
+                                                   "Times",   "Result",   "First bytes"};
 
 } // namespace
 
@@ -33,10 +34,6 @@ QVariant TraceModel::data(const QModelIndex &index, int role) const
     switch (role) {
     case ChangedBytes:
         return row.changed;
-    case Repeats:
-        return row.repeats;
-    case IsRepeat:
-        return row.isRepeat;
     case Qt::ToolTipRole:
         if (index.column() == Bytes)
             return QString(transfer.bytes.toHex(' ')).toUpper();
@@ -55,10 +52,12 @@ QVariant TraceModel::data(const QModelIndex &index, int role) const
         return directionText(transfer);
     case Request:
         return requestText(transfer);
-    case Selector:
+    case Control:
         return transfer.selector ? QString::number(transfer.selector) : QString();
     case Meaning:
         return transfer.meaning;
+    case Times:
+        return row.times;
     case Result:
         return resultText(transfer);
     default:
@@ -75,51 +74,28 @@ QVariant TraceModel::headerData(int section, Qt::Orientation orientation, int ro
 
 void TraceModel::add(const Transfer &transfer)
 {
-    if (m_paused)
-        m_keptBack.push_back(transfer);
-    else
-        append(transfer);
-}
-
-void TraceModel::setPaused(bool paused)
-{
-    m_paused = paused;
-    if (paused)
-        return;
-    for (const Transfer &transfer : m_keptBack)
-        append(transfer);
-    m_keptBack.clear();
-}
-
-void TraceModel::append(const Transfer &transfer)
-{
+    if (transfer.isStatusRead() && m_lastRead >= 0) {
+        Row &last = m_rows.at(m_lastRead);
+        if (transfer.bytes == last.transfer.bytes && transfer.outcome == last.transfer.outcome &&
+            transfer.error == last.transfer.error) {
+            ++last.times;
+            Q_EMIT dataChanged(index(m_lastRead, Times), index(m_lastRead, Times));
+            return;
+        }
+    }
     if (rowCount() == maximumRows) {
         beginRemoveRows({}, 0, 0);
         m_rows.pop_front();
         endRemoveRows();
         m_lastRead = std::max(m_lastRead - 1, -1);
     }
-
-    Row row{transfer, changes(transfer)};
-    if (transfer.isStatusRead() && m_lastRead >= 0) {
-        const Transfer &last = m_rows.at(m_lastRead).transfer;
-        // After a failed read, one that was not sent brings nothing new.
-        row.isRepeat =
-            transfer.bytes == last.bytes &&
-            ((transfer.outcome == last.outcome && transfer.error == last.error) ||
-             (last.outcome != Transfer::Succeeded && transfer.outcome == Transfer::NotSent));
-    }
     beginInsertRows({}, rowCount(), rowCount());
-    m_rows.push_back(row);
+    m_rows.push_back({transfer, changes(transfer)});
     endInsertRows();
-    if (row.isRepeat) {
-        ++m_rows.at(m_lastRead).repeats;
-        Q_EMIT dataChanged(index(m_lastRead, 0), index(m_lastRead, Count - 1));
-    } else if (transfer.isStatusRead()) {
+    if (transfer.isStatusRead())
         m_lastRead = rowCount() - 1;
-    } else if (transfer.selector != 0 || transfer.direction == Transfer::Event) {
+    else if (transfer.selector != 0 || transfer.direction == Transfer::Event)
         m_lastRead = -1;
-    }
 }
 
 QByteArray TraceModel::changes(const Transfer &transfer)
@@ -135,32 +111,4 @@ QByteArray TraceModel::changes(const Transfer &transfer)
     for (int i = 0; i < changed.size(); ++i)
         changed[i] = i >= before.size() || before.at(i) != transfer.bytes.at(i) ? 1 : 0;
     return changed;
-}
-
-TraceFilter::TraceFilter(TraceModel &trace)
-{
-    setSourceModel(&trace);
-    setFilterKeyColumn(-1);
-    setFilterCaseSensitivity(Qt::CaseInsensitive);
-}
-
-void TraceFilter::setFolded(bool folded)
-{
-    m_folded = folded;
-    invalidate(); // the counts change too
-}
-
-QVariant TraceFilter::data(const QModelIndex &index, int role) const
-{
-    QVariant shown = QSortFilterProxyModel::data(index, role);
-    if (!m_folded || index.column() != TraceModel::Meaning || role != Qt::DisplayRole)
-        return shown;
-    const int repeats = index.data(TraceModel::Repeats).toInt();
-    return repeats > 0 ? QString("%1 (%2 times)").arg(shown.toString()).arg(repeats + 1) : shown;
-}
-
-bool TraceFilter::filterAcceptsRow(int row, const QModelIndex &parent) const
-{
-    const bool repeat = sourceModel()->index(row, 0, parent).data(TraceModel::IsRepeat).toBool();
-    return !(m_folded && repeat) && QSortFilterProxyModel::filterAcceptsRow(row, parent);
 }

@@ -9,6 +9,7 @@
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
 #include <QSaveFile>
@@ -25,14 +26,9 @@ constexpr QRgb changedColor = 0xFFFF7A94;
 
 /// The widest usual text of each column.
 constexpr const char *widest[TraceModel::Count] = {
-    "00:00:00.000",
-    "5000 ms",
-    "event",
-    "Extension",
-    "0",
-    "tracking off, type Basic, mode Standard, composition Half Body",
-    "superseded",
-    "FF FF FF FF FF FF"};
+    "00:00:00.000", "5000 ms",    "event",
+    "Extension",    "0",          "tracking off, type Basic, mode Standard, composition Half Body",
+    "0000",         "superseded", "FF FF FF FF FF FF"};
 
 QFont byteFont()
 {
@@ -79,9 +75,11 @@ public:
 
 TracePanel::TracePanel()
     : QGroupBox("Transfers")
-    , m_rows(m_trace)
     , m_table(new QTableView)
 {
+    m_rows.setSourceModel(&m_trace);
+    m_rows.setFilterKeyColumn(-1); // all
+    m_rows.setFilterCaseSensitivity(Qt::CaseInsensitive);
     m_table->setModel(&m_rows);
     m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -98,13 +96,8 @@ TracePanel::TracePanel()
     layout->addLayout(tools);
     layout->addWidget(m_table);
 
-    // Follow new rows only if the last one is visible.
-    connect(&m_rows, &QAbstractItemModel::rowsAboutToBeInserted, this, [this] {
-        const QScrollBar *const bar = m_table->verticalScrollBar();
-        m_atBottom = bar->value() == bar->maximum();
-    });
     connect(&m_rows, &QAbstractItemModel::rowsInserted, this, [this] {
-        if (m_atBottom)
+        if (m_follows)
             m_table->scrollToBottom();
     });
 }
@@ -119,33 +112,20 @@ void TracePanel::addTools(QHBoxLayout &tools)
     auto *filter = new QLineEdit;
     filter->setPlaceholderText("Filter");
     filter->setClearButtonEnabled(true);
-    connect(filter, &QLineEdit::textChanged, this,
-            [this](const QString &text) { m_rows.setFilterFixedString(text); });
+    connect(filter, &QLineEdit::textChanged, &m_rows, &QSortFilterProxyModel::setFilterFixedString);
+    auto *pause = new QCheckBox("Pause");
+    pause->setToolTip("Do not scroll to new rows");
+    connect(pause, &QCheckBox::toggled, this, [this](bool on) { m_follows = !on; });
+    auto *copy = new QPushButton("Copy");
+    copy->setToolTip("Copy the selected rows, or all rows that are shown");
+    connect(copy, &QPushButton::clicked, this, &TracePanel::copy);
+    auto *save = new QPushButton("Save...");
+    save->setToolTip("Save the rows that are shown, one JSON object per line");
+    connect(save, &QPushButton::clicked, this, &TracePanel::save);
     tools.addWidget(filter, 1);
-
-    const auto addBox = [&](const QString &title, bool checked, const QString &tip) {
-        auto *box = new QCheckBox(title);
-        box->setChecked(checked);
-        box->setToolTip(tip);
-        tools.addWidget(box);
-        return box;
-    };
-    connect(
-        addBox("Fold repeated reads", true, "Show status reads that bring nothing new as one row"),
-        &QCheckBox::toggled, this, [this](bool on) { m_rows.setFolded(on); });
-    connect(addBox("Pause", false, "Keep new rows back until the pause ends"), &QCheckBox::toggled,
-            this, [this](bool on) { m_trace.setPaused(on); });
-
-    const auto addButton = [&](const QString &title, const QString &tip) {
-        auto *button = new QPushButton(title);
-        button->setToolTip(tip);
-        tools.addWidget(button);
-        return button;
-    };
-    connect(addButton("Copy", "Copy the selected rows, or all rows that are shown"),
-            &QPushButton::clicked, this, &TracePanel::copy);
-    connect(addButton("Save...", "Save the rows that are shown, one JSON object per line"),
-            &QPushButton::clicked, this, &TracePanel::save);
+    tools.addWidget(pause);
+    tools.addWidget(copy);
+    tools.addWidget(save);
 }
 
 void TracePanel::layOutColumns()
@@ -193,15 +173,23 @@ void TracePanel::save()
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setDefaultSuffix("jsonl");
-    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &path) {
-        QSaveFile file(path);
-        bool written = file.open(QIODevice::WriteOnly);
-        for (int row = 0; written && row < m_rows.rowCount(); ++row) {
-            const int source = m_rows.mapToSource(m_rows.index(row, 0)).row();
-            written = file.write(toJsonLine(m_trace.transfer(source))) > 0;
-        }
-        written = written && file.commit();
-        Q_EMIT noticed((written ? "Saved \"" : "Cannot write the file \"") + path + "\".");
-    });
+    connect(dialog, &QFileDialog::fileSelected, this, &TracePanel::write);
     dialog->open();
+}
+
+void TracePanel::write(const QString &path)
+{
+    QSaveFile file(path);
+    bool written = file.open(QIODevice::WriteOnly);
+    for (int row = 0; written && row < m_rows.rowCount(); ++row) {
+        const int source = m_rows.mapToSource(m_rows.index(row, 0)).row();
+        written = file.write(toJsonLine(m_trace.transfer(source))) > 0;
+    }
+    if (written && file.commit())
+        return;
+    auto *box = new QMessageBox(QMessageBox::Warning, "Camera control",
+                                QString("Cannot write \"%1\": %2.").arg(path, file.errorString()),
+                                QMessageBox::Ok, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
 }

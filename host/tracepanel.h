@@ -3,11 +3,12 @@
 #include "tracemodel.h"
 
 #include <QGroupBox>
+#include <QSortFilterProxyModel>
 
 class QHBoxLayout;
 class QTableView;
 
-/// The trace of the channel: a table that the user can filter, fold, pause, copy and save.
+/// The trace of the channel: a table that the user can filter, copy and save.
 class TracePanel : public QGroupBox
 {
     Q_OBJECT
@@ -19,19 +20,16 @@ public:
     /// Wide enough for the longest texts.
     QSize sizeHint() const override;
 
-Q_SIGNALS:
-    /// A sentence for the user: whether the rows were saved.
-    void noticed(const QString &sentence);
-
 private:
     void addTools(QHBoxLayout &tools);
     void layOutColumns();
     void copy() const;
     void save();
+    void write(const QString &path);
 
     TraceModel m_trace;
-    TraceFilter m_rows;
+    QSortFilterProxyModel m_rows; ///< those that contain the filter's text
     QTableView *m_table;
     int m_wantedWidth = 0;
-    bool m_atBottom = true; ///< before the last rows came
+    bool m_follows = true; ///< whether the newest row is kept visible
 };

@@ -9,17 +9,8 @@
 
 QString directionText(const Transfer &transfer)
 {
-    switch (transfer.direction) {
-    case Transfer::Get:
-        return "get";
-    case Transfer::Set:
-        return "set";
-    case Transfer::Event:
-        return "event";
-    case Transfer::None:
-        break;
-    }
-    return "";
+    constexpr const char *texts[] = {"get", "set", "event", ""}; // as in Transfer::Direction
+    return texts[transfer.direction];
 }
 
 QString requestText(const Transfer &transfer)
@@ -28,35 +19,23 @@ QString requestText(const Transfer &transfer)
         return "";
     if (transfer.direction == Transfer::None)
         return QString::number(transfer.request);
-    switch (transfer.request) {
-    case ChannelRequest::Setting:
+    if (transfer.request == ChannelRequest::Setting)
         return "Setting";
-    case ChannelRequest::Camera:
-        return "Camera";
-    default:
-        return "Extension";
-    }
+    return transfer.request == ChannelRequest::Camera ? "Camera" : "Extension";
 }
 
 QString resultText(const Transfer &transfer)
 {
-    switch (transfer.outcome) {
-    case Transfer::Succeeded:
-        return "ok";
-    case Transfer::Failed:
+    if (transfer.outcome == Transfer::Failed)
         return errorName(transfer.error);
-    case Transfer::Superseded:
-        return "superseded";
-    case Transfer::NotSent:
-        break;
-    }
-    return "not sent";
+    if (transfer.outcome == Transfer::Succeeded)
+        return "ok";
+    return transfer.outcome == Transfer::Superseded ? "superseded" : "not sent";
 }
 
 QString firstBytes(const Transfer &transfer)
 {
-    constexpr int shownBytes = 6;
-    return QString(transfer.bytes.left(shownBytes).toHex(' ')).toUpper();
+    return QString(transfer.bytes.left(6).toHex(' ')).toUpper();
 }
 
 QByteArray toJsonLine(const Transfer &transfer)

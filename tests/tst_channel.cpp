@@ -1,31 +1,28 @@
 #include "commandchannel.h"
 #include "extensionrecord.h"
 #include "faultkinds.h"
+#include "hostwindow.h"
 #include "orvpluginapi.h"
 #include "simulatedcamera.h"
 #include "testmain.h"
-#include "tracepanel.h"
+#include "tracemodel.h"
 #include "transferqueue.h"
 #include "transfertext.h"
 
 #include <QAbstractButton>
 #include <QClipboard>
+#include <QComboBox>
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTemporaryDir>
 
-#include <cerrno>
-
 /// A channel to a simulated camera with an unknown type.
 struct Channel
 {
-    Channel()
-    {
-        camera->setValue(TrackingProtocol::Type, 9);
-        channel.setSetting("language", 1);
-    }
+    Channel() { camera->setValue(TrackingProtocol::Type, 9); }
 
     /// The words in the trace for a request.
     QString request(int kind, const QVariant &record)
@@ -122,6 +119,8 @@ private Q_SLOTS:
         const auto words = [&channel](int kind, auto record) {
             return channel.request(kind, QVariant::fromValue(record));
         };
+        const auto language = QVariant::fromValue(SettingData{"language", 0});
+        QCOMPARE(channel.channel.request(ChannelRequest::Setting, language), QVariant(1));
         QCOMPARE(words(0, SettingData{"language", 0}), "get Setting 0: language: 1: ok");
         QCOMPARE(words(0, SettingData{"volume", 0}), "get Setting 0: volume: no such setting: ok");
         QCOMPARE(words(3, CameraData{nullptr, true, 3, 0, 2}),
@@ -131,17 +130,21 @@ private Q_SLOTS:
         QCOMPARE(words(9, ExtensionUnit()), refused.arg(9).arg("ExtensionUnit"));
     }
 
-    void trace()
+    void window()
     {
-        TracePanel panel;
-        const auto add = [&](Transfer::Direction direction, const char *bytes, int error = 0,
-                             Transfer::Outcome outcome = Transfer::Succeeded) {
-            const QDateTime time({2026, 1, 2}, {3, 4, 5, 6});
-            panel.trace().add({time, 7, direction, ChannelRequest::Extension, 8,
-                               QByteArray::fromHex(bytes), bytes, outcome, error});
+        Channel channel;
+        HostWindow window(channel.queue, channel.channel, channel.camera.get());
+        const auto read = [&] {
+            channel.request(ChannelRequest::Extension,
+                            QVariant::fromValue(extensionRecord(false, 8, {})));
+            return window.findChild<QLabel *>("lb_condition")->text();
+        };
+        const auto choose = [](QComboBox *box, const char *value) {
+            box->setCurrentText(value);
+            Q_EMIT box->activated(box->currentIndex());
         };
         const auto press = [&](const char *title) {
-            const auto buttons = panel.findChildren<QAbstractButton *>();
+            const auto buttons = window.findChildren<QAbstractButton *>();
             for (QAbstractButton *button : buttons) {
                 if (button->text() == title)
                     button->click();
@@ -151,41 +154,34 @@ private Q_SLOTS:
             press("Copy");
             return QApplication::clipboard()->text().split('\n');
         };
-        const auto shown = [&] {
-            QStringList meanings;
-            const auto lines = copied();
-            for (const QString &line : lines)
-                meanings << line.section('\t', 5, 5);
-            return meanings.join('|');
-        };
-        for (const char *block : {"0001", "0001", "0002", "0002", "0002"})
-            add(Transfer::Get, block);
-        add(Transfer::Set, "ff530510");
-        press("Pause");
-        add(Transfer::Get, "0002");
-        add(Transfer::Get, "", EIO, Transfer::Failed);
-        add(Transfer::Get, "", 0, Transfer::NotSent);
-        QCOMPARE(shown(), "0001 (2 times)|0002 (3 times)|ff530510");
-        press("Pause");
-        QCOMPARE(shown(), "0001 (2 times)|0002 (3 times)|ff530510|0002| (2 times)");
-        QCOMPARE(copied()[2], "03:04:05.006\t7 ms\tset\tExtension\t8\tff530510\tok\tFF 53 05 10");
-        auto *const table = panel.findChild<QTableView *>();
-        QCOMPARE(table->model()->index(1, TraceModel::Bytes).data(TraceModel::ChangedBytes),
-                 QByteArray("\0\1", 2));
-        press("Fold repeated reads");
-        QCOMPARE(shown(), "0001|0001|0002|0002|0002|ff530510|0002||");
-        panel.findChild<QLineEdit *>()->setText("0001");
-        QCOMPARE(shown(), "0001|0001");
-        table->selectRow(0);
-        QCOMPARE(shown(), "0001");
+        QVERIFY(window.findChild<QLabel *>("lb_condition")->text().contains("not answered yet"));
+        read();
+        QCOMPARE(read(), "The camera is connected.");
+        choose(window.findChildren<QComboBox *>().at(1), "Board");
+        read();
+        const Transfer board = channel.traced;
+        choose(window.findChild<QComboBox *>("fault_errno"), "EIO");
+        QVERIFY(read().contains("Reading control 8 failed: EIO"));
+        const QStringList rows = copied();
+        QCOMPARE(rows.size(), 3);
+        QCOMPARE(rows[0].section('\t', 2), "get\tExtension\t8\ttracking on, type 9 (unknown), mode "
+                                           "Standard, composition off\t2\tok\t00 01 09 01 00 00");
+        QCOMPARE(rows[2].section('\t', 5), "no answer\t1\tEIO\t");
+        auto *const table = window.findChild<QTableView *>();
+        QCOMPARE(table->model()->index(1, 0).data(TraceModel::ChangedBytes),
+                 QByteArray("\0\0\1", 3) + QByteArray(57, '\0'));
+        table->selectRow(1);
+        QCOMPARE(copied(), rows.mid(1, 1));
+        window.findChild<QLineEdit *>()->setText("BOARD");
+        table->clearSelection();
+        QCOMPARE(copied(), rows.mid(1, 1));
 
         const QTemporaryDir folder;
-        const QString path = folder.filePath("rows");
         press("Save...");
-        Q_EMIT panel.findChild<QFileDialog *>()->fileSelected(path);
-        QFile file(path);
+        Q_EMIT window.findChild<QFileDialog *>()->fileSelected(folder.filePath("rows"));
+        QFile file(folder.filePath("rows"));
         QVERIFY(file.open(QIODevice::ReadOnly));
-        QCOMPARE(file.readAll(), toJsonLine(panel.trace().transfer(0)).repeated(2));
+        QCOMPARE(file.readAll(), toJsonLine(board));
     }
 };
 

@@ -58,9 +58,9 @@ class TestHost : public Test
     Q_OBJECT
 
 private Q_SLOTS:
-    void badArguments()
+    void arguments()
     {
-        const std::pair<const char *, const char *> rows[] = {
+        const std::pair<const char *, const char *> bad[] = {
             {"--language fr", "en or zh"},
             {"--status 0,1,2,3,256", "five numbers"},
             {"--fault broken", "changes-itself"},
@@ -72,49 +72,36 @@ private Q_SLOTS:
             {"--trace=", "name of a file"},
             {"a b", "Only one"},
         };
-        for (const auto &[arguments, says] : rows) {
+        for (const auto &[arguments, says] : bad) {
             const QString error =
                 Options::read(QString("orvhost %1").arg(arguments).split(' ')).error;
             QVERIFY2(error.contains(says), qPrintable(arguments + (": " + error)));
         }
-    }
-
-    void goodArguments()
-    {
-        const Options options =
-            Options::read(QString("orvhost panel.so --fault delay=5 --fault=random "
-                                  "--status 1,0,2,255,3")
-                              .split(' '));
-        QCOMPARE(options.error, QString());
-        QCOMPARE(options.plugin, QString("panel.so"));
-        QCOMPARE(options.status, (TrackingProtocol::Status{1, 0, 2, 255, 3}));
-        QCOMPARE(options.faults[Fault::Delay], 5);
-        QCOMPARE(options.faults[Fault::Random], 1);
         const Options real = Options::read({"orvhost", "--camera", "a", "--unit=3", "--read-only"});
         QVERIFY(real.error.isEmpty() && real.camera == "a" && real.unit == 3 && real.readOnly);
     }
 
-    void program_data()
-    {
-        QTest::addColumn<int>("exitCode");
-        QTest::addColumn<QString>("says");
-        QTest::newRow("--help") << 0 << "--status";
-        QTest::newRow("--platform offscreen") << 2 << "platform"; // Qt's options are not accepted
-        QTest::newRow("--trace /nowhere/a") << 1 << "Cannot write the trace";
-        QTest::newRow("--screenshot /nowhere/a.png") << 1 << "Cannot write the picture";
-        QTest::newRow("nowhere.so") << 1 << "no such file";
-        QTest::newRow(ORVHOST) << 1 << "not a Qt plug-in";
-        QTest::newRow(OTHER_PLUGIN) << 1 << "com.talsen.OrvPluginApi";
-    }
-
     void program()
     {
-        QFETCH(QString, says);
-        // A path is a single argument, even with spaces in it.
-        const QString text(QTest::currentDataTag());
-        Host host(QFile::exists(text) ? QStringList(text) : text.split(' '));
-        QTEST(host.exitCode(), "exitCode");
-        QVERIFY2(host.output.contains(says), qPrintable(host.output));
+        const struct
+        {
+            QStringList arguments;
+            int exitCode;
+            const char *says;
+        } rows[] = {
+            {{"--help"}, 0, "--status"},
+            {{"--platform", "offscreen"}, 2, "platform"}, // Qt's options are not accepted
+            {{"--trace", "/nowhere/a"}, 1, "Cannot write the trace"},
+            {{"--screenshot", "/nowhere/a.png"}, 1, "Cannot write the picture"},
+            {{"nowhere.so"}, 1, "no such file"},
+            {{ORVHOST}, 1, "not a Qt plug-in"},
+            {{OTHER_PLUGIN}, 1, "com.talsen.OrvPluginApi"},
+        };
+        for (const auto &row : rows) {
+            Host host(row.arguments);
+            QCOMPARE(host.exitCode(), row.exitCode);
+            QVERIFY2(host.output.contains(row.says), qPrintable(host.output));
+        }
     }
 
     void tours()
