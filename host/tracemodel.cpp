@@ -9,9 +9,18 @@ namespace {
 
 constexpr int maximumRows = 10000;
 
-constexpr const char *titles[TraceModel::Count] = {"Time",    "Duration", "Direction",
-                                                   "Request", "Selector", "Meaning",
-                                                   "Times",   "Result",   "First bytes"};
+constexpr const char *titles[TraceModel::Count] = {
+    "Time", "Duration", "Direction", "Request", "Selector", "Meaning", "Result", "First bytes"};
+
+/// Whether a status read shows nothing that the one before it did not show. While a camera fails,
+/// some reads are not sent.
+bool isRepeat(const Transfer &read, const Transfer &previous)
+{
+    const bool sameResult = read.outcome == previous.outcome && read.error == previous.error;
+    return read.bytes == previous.bytes &&
+           (sameResult ||
+            (previous.outcome != Transfer::Succeeded && read.outcome == Transfer::NotSent));
+}
 
 } // namespace
 
@@ -55,9 +64,8 @@ QVariant TraceModel::data(const QModelIndex &index, int role) const
     case Control:
         return transfer.selector ? QString::number(transfer.selector) : QString();
     case Meaning:
-        return transfer.meaning;
-    case Times:
-        return row.times;
+        return row.times == 1 ? transfer.meaning
+                              : QString("%1 (%2 times)").arg(transfer.meaning).arg(row.times);
     case Result:
         return resultText(transfer);
     default:
@@ -76,10 +84,9 @@ void TraceModel::add(const Transfer &transfer)
 {
     if (transfer.isStatusRead() && m_lastRead >= 0) {
         Row &last = m_rows.at(m_lastRead);
-        if (transfer.bytes == last.transfer.bytes && transfer.outcome == last.transfer.outcome &&
-            transfer.error == last.transfer.error) {
+        if (isRepeat(transfer, last.transfer)) {
             ++last.times;
-            Q_EMIT dataChanged(index(m_lastRead, Times), index(m_lastRead, Times));
+            Q_EMIT dataChanged(index(m_lastRead, Meaning), index(m_lastRead, Meaning));
             return;
         }
     }

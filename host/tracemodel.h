@@ -13,18 +13,7 @@ class TraceModel : public QAbstractTableModel
 {
     Q_OBJECT
 public:
-    enum Column {
-        Time,
-        Duration,
-        Direction,
-        Request,
-        Control,
-        Meaning,
-        Times,
-        Result,
-        Bytes,
-        Count
-    };
+    enum Column { Time, Duration, Direction, Request, Control, Meaning, Result, Bytes, Count };
     /// Role of a QByteArray: 1 for each byte that changed since the last transfer of its kind.
     static constexpr int ChangedBytes = Qt::UserRole;
 

@@ -4,7 +4,6 @@
 #include "transfertext.h"
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QClipboard>
 #include <QFileDialog>
 #include <QHeaderView>
@@ -26,9 +25,14 @@ constexpr QRgb changedColor = 0xFFFF7A94;
 
 /// The widest usual text of each column.
 constexpr const char *widest[TraceModel::Count] = {
-    "00:00:00.000", "5000 ms",    "event",
-    "Extension",    "0",          "tracking off, type Basic, mode Standard, composition Half Body",
-    "0000",         "superseded", "FF FF FF FF FF FF"};
+    "00:00:00.000",
+    "5000 ms",
+    "event",
+    "Extension",
+    "0",
+    "tracking off, type Basic, mode Standard, composition Half Body",
+    "superseded",
+    "FF FF FF FF FF FF"};
 
 QFont byteFont()
 {
@@ -96,6 +100,11 @@ TracePanel::TracePanel()
     layout->addLayout(tools);
     layout->addWidget(m_table);
 
+    // Follow new rows, unless the user has scrolled up.
+    connect(&m_rows, &QAbstractItemModel::rowsAboutToBeInserted, this, [this] {
+        const QScrollBar *const bar = m_table->verticalScrollBar();
+        m_follows = bar->value() == bar->maximum();
+    });
     connect(&m_rows, &QAbstractItemModel::rowsInserted, this, [this] {
         if (m_follows)
             m_table->scrollToBottom();
@@ -113,9 +122,6 @@ void TracePanel::addTools(QHBoxLayout &tools)
     filter->setPlaceholderText("Filter");
     filter->setClearButtonEnabled(true);
     connect(filter, &QLineEdit::textChanged, &m_rows, &QSortFilterProxyModel::setFilterFixedString);
-    auto *pause = new QCheckBox("Pause");
-    pause->setToolTip("Do not scroll to new rows");
-    connect(pause, &QCheckBox::toggled, this, [this](bool on) { m_follows = !on; });
     auto *copy = new QPushButton("Copy");
     copy->setToolTip("Copy the selected rows, or all rows that are shown");
     connect(copy, &QPushButton::clicked, this, &TracePanel::copy);
@@ -123,7 +129,6 @@ void TracePanel::addTools(QHBoxLayout &tools)
     save->setToolTip("Save the rows that are shown, one JSON object per line");
     connect(save, &QPushButton::clicked, this, &TracePanel::save);
     tools.addWidget(filter, 1);
-    tools.addWidget(pause);
     tools.addWidget(copy);
     tools.addWidget(save);
 }

@@ -31,5 +31,5 @@ private:
     QSortFilterProxyModel m_rows; ///< those that contain the filter's text
     QTableView *m_table;
     int m_wantedWidth = 0;
-    bool m_follows = true; ///< whether the newest row is kept visible
+    bool m_follows = true; ///< whether the last row was visible
 };
