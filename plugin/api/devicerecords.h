@@ -11,7 +11,7 @@ class QWidget;
 /// \file
 /// The records that cross OrvPluginApi::commandChannel, each wrapped in a QVariant.
 ///
-/// Hosts and plug-ins must compile these same declarations. Qt matches records by metatype name
+/// Compile hosts and plug-ins with these same declarations. Qt matches records by metatype name
 /// only, so it does not detect different layouts at run time. The assertions below fix the layout
 /// of a 64-bit build.
 
