@@ -1,3 +1,6 @@
+// Google Benchmark registers benchmarks as global objects.
+// clazy:excludeall=non-pod-global-static
+
 #include "pixmapdisplay.h"
 
 #include <QCoreApplication>

@@ -1,3 +1,6 @@
+// Google Benchmark registers benchmarks as global objects.
+// clazy:excludeall=non-pod-global-static
+
 #include "steppeddriver.h"
 #include "switchbutton.h"
 

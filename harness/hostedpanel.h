@@ -47,7 +47,7 @@ struct HostedPanel : PanelWindow
             return false;
         if (step.contains(':')) {
             control->setFocus(Qt::TabFocusReason);
-            const int keys = QKeySequence(step.section(':', 0, 0))[0];
+            const auto keys = int(QKeySequence(step.section(':', 0, 0))[0]);
             QKeyEvent event(QEvent::KeyPress, keys & ~Qt::KeyboardModifierMask,
                             Qt::KeyboardModifiers(keys & Qt::KeyboardModifierMask));
             QCoreApplication::sendEvent(control, &event);

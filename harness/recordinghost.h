@@ -32,9 +32,9 @@ protected:
     QVariant answer(const Request &request) override
     {
         traffic << word(request);
-        const QVariant reply = request.kind == ChannelRequest::Extension && request.asks()
-                                   ? statusAnswer()
-                                   : RecordingChannel::answer(request);
+        QVariant reply = request.kind == ChannelRequest::Extension && request.asks()
+                             ? statusAnswer()
+                             : RecordingChannel::answer(request);
         if (meanwhile)
             meanwhile();
         return reply;

@@ -169,7 +169,8 @@ static void take(HostedPanel &hosted, const QString &step)
     } else if (step == "reset") {
         hosted.panel->resetToDefault();
     } else if (step == "delete") {
-        delete hosted.panel;
+        hosted.panel->deleteLater();
+        VirtualTime::catchUp();
         hosted.host.meanwhile = [] {
             QFAIL("a request after the panel's destruction");
         };
