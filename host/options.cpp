@@ -57,7 +57,7 @@ QString readStatus(const QString &text, TrackingProtocol::Status &status)
     return ok ? QString() : "five numbers from 0 to 255, separated by commas";
 }
 
-/// A sentence about options that cannot be combined; empty if there are none.
+/// Says in a sentence which arguments do not go together; empty if all do.
 QString conflict(const QCommandLineParser &parser)
 {
     for (const char *const name : {"unit", "read-only"}) {
