@@ -34,8 +34,8 @@ static int runInThisProcess(int argc, char *argv[])
         prctl(PR_SET_PDEATHSIG, SIGKILL); // end this process if orvcheck is killed
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qputenv("QT_FONT_DPI", check.dpi);
-        qputenv("QT_LOGGING_RULES",
-                "default.warning=false"); // the offscreen platform warns about its limits
+        // Qt's offscreen platform warns about its limits.
+        qputenv("QT_LOGGING_RULES", "default.warning=false");
         const QApplication application(argc, argv);
         QApplication::setQuitOnLastWindowClosed(false);
         const QStringList arguments = QApplication::arguments();
