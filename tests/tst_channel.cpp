@@ -24,7 +24,7 @@ struct Channel
 {
     Channel() { camera->setValue(TrackingProtocol::Type, 9); }
 
-    /// The words in the trace for a request.
+    /// Makes a request and returns what the trace says about it.
     QString request(int kind, const QVariant &record)
     {
         QSignalSpy transfers(&channel, &CommandChannel::transferred);
@@ -50,12 +50,12 @@ class TestChannel : public Test
     Q_OBJECT
 
 private Q_SLOTS:
-    // Direction, control, length, bytes, and a fault of the camera.
+    // Each request: direction, control, length, bytes (or -), fault of the camera.
     void transfers()
     {
         const struct
         {
-            const char *request, *words, *status = "0001090100"; // the camera's afterwards
+            const char *request, *words, *status = "0001090100"; // of the camera, afterwards
         } rows[] = {
             {"get 8 0", "tracking on, type 9 (unknown), mode Standard, composition off: ok"},
             {"get 8 0 - short=3", "only 3 bytes, tracking on, type 9 (unknown): ok"},
@@ -162,7 +162,7 @@ private Q_SLOTS:
         const Transfer board = channel.traced;
         choose(window.findChild<QComboBox *>("fault_errno"), "EIO");
         QVERIFY(read().contains("Reading control 8 failed: EIO"));
-        read(); // is not sent, after a failure
+        read(); // not sent, because the last read failed
         const QStringList rows = copied();
         QCOMPARE(rows.size(), 3);
         QCOMPARE(rows[0].section('\t', 2),
