@@ -165,7 +165,7 @@ void HostCheck::judge(Rule &rule, bool kept, const QString &seen)
 
 void HostCheck::showRules()
 {
-    // White text needs a background of its own: the host's may be light or dark.
+    // White text needs its own background, because the host's may be light.
     static constexpr const char *colors[] = {"#5F6368", "#2E7D32", "#C62828"};
     QString text = "<b>Host check</b>";
     for (const Rule *const rule : m_rules)

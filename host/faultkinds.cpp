@@ -14,11 +14,11 @@ const std::array<FaultKind, Fault::Count> faultKinds = {{
      "Each transfer fails with this error.\nA good panel does not change; its host shows the "
      "error and reads less often."},
     {"short=0..59", "Short block", " bytes",
-     "The status block ends after this many bytes.\nA good panel ignores the missing "
-     "settings."},
+     "The status block ends after this many bytes.\nA good panel ignores missing settings, or "
+     "takes them as 0."},
     {"no-answer", "No answer", nullptr,
-     "The camera answers neither reads nor commands.\nA good panel is folded at the start; "
-     "later it does not change and stays usable."},
+     "The camera answers neither reads nor commands.\nAt the start a good panel shows only its "
+     "title row; later it does not change and stays usable."},
     {"random", "Random", nullptr,
      "Each status block contains random bytes.\nA good panel ignores unknown values, follows the "
      "others, and sends nothing back."},
