@@ -53,8 +53,8 @@ private:
     /// Waits as long as the fault Delay says. Returns 0, or an errno if the transfer fails.
     int beginTransfer() const;
 
-    mutable std::mutex m_mutex; ///< guards the members below; not held while signals are emitted
+    mutable std::mutex m_mutex; ///< guards status and faults; not held while signals are emitted
     Status m_status = TrackingProtocol::factoryStatus;
     Faults m_faults = noFaults;
-    int m_reads = 0;
+    int m_reads = 0; ///< used only by the thread that transfers
 };
