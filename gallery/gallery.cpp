@@ -28,7 +28,7 @@ namespace {
 constexpr int animationTime = 1500; // ms
 constexpr QSize pictureSize(640, 360);
 
-/// An arrow pointing up and four different corners, to show how the picture is turned.
+/// An arrow pointing up and four corners of different colours, which show how it is turned.
 QPixmap ownPicture()
 {
     QPixmap picture(pictureSize);
@@ -45,7 +45,7 @@ QPixmap ownPicture()
     return picture;
 }
 
-/// `header` names the file in widgets/ that the group illustrates.
+/// `header` is the name, without ".h", of the header in widgets/ that declares the widget.
 QGridLayout &addGroup(QGridLayout &page, const QString &title, const QString &header,
                       int columns = 1)
 {
@@ -81,7 +81,7 @@ void addSwitches(QGridLayout &grid)
             button->SetSliderColor(0xF2B705);
             kind += i < 6 ? "recoloured, " : "";
         }
-        // Not reported, since the size was just set.
+        // Not reported: setFixedSize() suppresses the next report.
         button->SetStatus(i % 2 == 1, false);
         QLabel *const caption =
             addCell(grid, i / 6, column, button, kind + (i % 2 == 1 ? "on" : "off"));

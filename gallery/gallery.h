@@ -8,9 +8,9 @@ class QGridLayout;
 class QScrollArea;
 class QSlider;
 
-/// A window with every widget of the toolkit in each of its states, scaled by 1 to 3. Each header
-/// in widgets/ has a QGroupBox of the same name. Sets the application's font. Rebuilds its content
-/// when the scale or the picture changes.
+/// A window with every widget of the toolkit in each of its states, scaled by 1 to 3. Each kind of
+/// widget has a QGroupBox, whose object name is that of the header without ".h". Sets the
+/// application's font. Rebuilds its content when the scale or the picture changes.
 class Gallery : public QWidget
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ public:
     /// sentence for the user; otherwise returns an empty string.
     QString setPicture(const QString &path);
 
-    /// Large enough to show all of the content at the current scale.
+    /// The size that shows all of the content at the current scale.
     QSize sizeHint() const override;
 
 private:

@@ -19,7 +19,7 @@ static int fail(const QString &sentence)
 /// An empty name skips its part. Returns the exit status.
 static int writePictures(Gallery &gallery, const QString &screenshot, const QString &pictures)
 {
-    // On a small screen, the window does not show all of its content.
+    // A small screen may have limited the window's size.
     gallery.resize(gallery.sizeHint());
     if (!screenshot.isEmpty() && !gallery.grab().save(screenshot))
         return fail(QString("Cannot write the picture \"%1\".").arg(screenshot));
@@ -61,7 +61,7 @@ int main(int argc, char *argv[])
     }
     gallery.show();
     if (!screenshot.isEmpty() || !pictures.isEmpty()) {
-        // The switches slide to their places first.
+        // Wait until the switches have slid to their places.
         constexpr std::chrono::milliseconds settleTime(500);
         QApplication::setQuitOnLastWindowClosed(false);
         QTimer::singleShot(settleTime, &gallery, [&] {

@@ -7,7 +7,7 @@ struct Choice
 {
     QPushButton *Ui_root::*button;
     int value;               ///< in the command and in the status block
-    bool resetTarget = true; ///< false: a reset to this value leaves the group alone
+    bool resetTarget = true; ///< false: a reset to this value does not change the group
 };
 
 // The choices of each group. The form starts with the first type and the first mode checked, and
@@ -22,7 +22,7 @@ constexpr Choice modeChoices[] = {
     {&Ui_root::rb_normal_mode, 1},
     {&Ui_root::rb_sport, 2},
 };
-/// 0 turns composition off; it has no button but a switch.
+/// The value 0 turns composition off. It has no button; the composition switch selects it.
 constexpr Choice compositionChoices[] = {
     {&Ui_root::wg_half_body, 1},
     {&Ui_root::wg_full_body, 2},

@@ -16,8 +16,8 @@ class Ui_root;
 /// The "AI Tracking" panel, which is also the plug-in's instance.
 ///
 /// The panel keeps no model of the camera: the controls hold the state. It shows what it reads from
-/// the camera without sending it back, with one exception: a composition of 1 to 3 in the first
-/// answer is sent back once, because the group reports the button that it checks.
+/// the camera without sending it back, with one exception: a composition of 1 to 3 that is read at
+/// set-up is sent back once, because the group reports the button that it checks.
 class ControlTrackingPlugin : public QWidget, public OrvPluginApi
 {
     Q_OBJECT
@@ -71,9 +71,9 @@ public:
     /// stays frozen until a later call with `finish`.
     void updateSpliterSub(QWidget *host, QWidget *section, bool show, bool finish);
 
-    /// Adds a tile for a non-tracking area, angles in degrees, to the area row, which is hidden in
-    /// this panel. Sends nothing and leaves the area table alone. The caller must have called
-    /// insertWidget() and add at most three tiles. The host's resources provide the pictures
+    /// Adds a tile with two angles in degrees to the row of non-tracking areas, which this panel
+    /// hides. Sends nothing and does not change the area table. Call it only after insertWidget(),
+    /// for at most three tiles. The host's resources provide the pictures
     /// ":/UI/icon_delete.svg" and ":/UI/icon_delete_hover.svg".
     void insertUnLimitArea(long startAngle, long endAngle);
 
@@ -114,6 +114,6 @@ private:
     QSharedPointer<M24_Extension> trackingType;
     QSharedPointer<M24_Extension> trackingMode;
     QSharedPointer<M24_Extension> composition;
-    QSharedPointer<M24_Extension> areaTable; // null until code that manages areas sets it
+    QSharedPointer<M24_Extension> areaTable; // null: this panel does not manage areas
     quint8 payloadBuffer[60] = {}; // shared: commands are assembled and sent one at a time
 };

@@ -1,4 +1,4 @@
-// Non-tracking areas: their tiles, and the area table that is sent to the camera.
+// Non-tracking areas: their tiles, and the table of areas in which the camera does not track.
 
 #include "areatile.h"
 #include "controltrackingplugin.h"
@@ -8,7 +8,7 @@
 
 namespace {
 
-// Sizes in the area table, in bytes: the count, a single-precision number, then the records.
+// The area table starts with the number of records, in single precision. Sizes in bytes.
 constexpr int countSize = 4;
 constexpr int recordSize = 16;
 
@@ -28,7 +28,7 @@ void ControlTrackingPlugin::onAreaHover(QPushButton *deleteButton, bool enter)
     deleteButton->setVisible(enter);
 }
 
-// Tiles are not tied to records: whichever tile is deleted, the last record goes.
+// Tiles are not tied to records: deleting any tile removes the last record.
 void ControlTrackingPlugin::onAreaDelete(QPressFrame *tile)
 {
     removeAreaTile(*ui->hl_unlimit, *ui->pb_add, tile);

@@ -191,8 +191,8 @@ void ControlTrackingPlugin::startPolling()
 void ControlTrackingPlugin::pollTrackingStatus()
 {
     const ExtensionUnit reply = readStatus(*trackingSwitch);
-    // Start the interval after the answer. Otherwise, with a slow camera, the next poll would be
-    // due at once and run when thawLater() processes events for this one.
+    // Start the interval after the answer. Otherwise, after an answer that took longer than the
+    // interval, the next poll would be due and run when thawLater() processes this one's events.
     pollTimer->start();
     if (reply.length < shortestPollReply)
         return;
@@ -200,8 +200,8 @@ void ControlTrackingPlugin::pollTrackingStatus()
     const quint8 tracking = reply.data[TrackingOn];
     const quint8 type = reply.data[Type];
     const bool on = tracking != 0;
-    // Leave a sliding switch to the next poll. SetStatus() would only undo blockNextSignal(), and
-    // if an earlier poll started the slide, its end would send a command.
+    // Leave a sliding switch to the next poll. SetStatus() would only undo blockNextSignal(). If an
+    // earlier poll started the slide, its end would then send a command.
     if (tracking != quint8(ui->sw_title->GetStatus()) && !ui->sw_title->isSliding()) {
         setSilently(ui->sw_title, on);
         updateSpliter(host(), ui->frame_spliter, on);

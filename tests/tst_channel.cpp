@@ -184,6 +184,7 @@ private Q_SLOTS:
         QFile file(folder.filePath("rows"));
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), toJsonLine(board));
+        QTest::qWait(200); // Qt leaks the animation of a clear button that is still fading in
     }
 };
 

@@ -8,7 +8,8 @@
 #include <cstring>
 #include <limits>
 
-/// The panel's look, texts, area tiles and place in the host. Runs at several pixel densities.
+/// The panel's texts, pictures, place in the host, commands and area tiles. Runs at several pixel
+/// densities.
 class TestPanel : public Test
 {
     Q_OBJECT
@@ -40,7 +41,7 @@ private Q_SLOTS:
                "多人构图|区域跟踪|非跟踪区域|100°|30°|-100°|-30°|更新";
     }
 
-    // All texts in the order of the form. None is cut off, even with every row visible.
+    // The texts of all widgets, in the order of the form. None is cut off at the design width.
     void texts()
     {
         HostedPanel hosted;
@@ -67,7 +68,7 @@ private Q_SLOTS:
         QTEST(texts.join('|'), "texts");
     }
 
-    // The last test of texts: its catalog stays installed.
+    // Must run after texts(): its catalog stays installed.
     void textsFallBackToChinese()
     {
         struct Renamed : ControlTrackingPlugin
@@ -82,7 +83,7 @@ private Q_SLOTS:
         QCOMPARE(hosted.ui().label_title->text(), "退路");
     }
 
-    // Each picture that a style sheet names exists; some are the host's.
+    // Each picture that a style sheet names exists, in the panel's resources or the host's.
     void pictures()
     {
         HostedPanel hosted;
@@ -98,7 +99,8 @@ private Q_SLOTS:
         }
     }
 
-    // First in a box, the next item elsewhere. A container without a layout gets one.
+    // The panel is first in a box layout and last in any other. A container without a layout gets a
+    // vertical one without margins.
     void place()
     {
         for (QLayout *const layout :
@@ -147,8 +149,8 @@ private Q_SLOTS:
         QTest::newRow("as long as a payload") << 3.0F << 55 << 2;
     }
 
-    // The table holds a count and records of 16 bytes. A deleted tile takes the last record with it
-    // and sends the table, unless the count makes no sense (-1).
+    // The table holds a count and records of 16 bytes. Deleting a tile clears the last record and
+    // sends the table with the new count, `left`. If the count is invalid (-1), it does neither.
     void areaTable()
     {
         QFETCH(float, count);

@@ -15,11 +15,11 @@ using VirtualTime::now;
 ///   answer=3           sets the length of its answers; answer=text: an answer of another type
 ///   insert show hide reset delete
 ///   poll               reads the status, as the panel does every second
-///   wait wait=1000     lets that many ms pass; 250, more than a slide, if not given
+///   wait=1000 wait     lets that many ms pass; by default 250, which is longer than a slide
 ///   rb_hand            presses a control; Space:sw_title: presses that key on it
 ///
 /// Sent: "10=1" is command 10 with value 1, "notice" the notice to the host. Shown: tracking,
-/// composition, the checked buttons, and the visible rows, each with a bar.
+/// composition, the checked buttons, and after bars the visible rows.
 static const char factory[] = "on plain normal normal |spliter |picture_title";
 static const char composed[] =
     "on composed normal normal half |spliter |picture_title |picture_mode";
@@ -30,7 +30,7 @@ static const struct Row
     const char *sent;
     const char *shown;
 } rows[] = {
-    // Set-up shows what the camera answers, of whatever length. It sends back composition only.
+    // Set-up shows the camera's answer, whatever its length. It sends back only composition.
     {"factory settings", "insert wait", "", factory},
     {"tracking off", "camera=0000000100 insert wait", "", "off plain normal normal"},
     {"tracking above 1 is on", "camera=0007000100 insert wait", "", factory},
@@ -47,11 +47,12 @@ static const struct Row
     {"more than a record holds", "answer=18446744073709551615 insert wait", "", factory},
     {"ignores an early reset", "camera=0000010200 reset insert wait", "", "off plain hand sport"},
 
-    // Without an answer, the panel asks once more after a second, and then shows the title only.
+    // Without an answer, the panel asks once more after a second. If that fails, it shows only its
+    // title.
     {"the form as built", "answer=0 insert wait=900", "",
      "off plain normal normal |spliter |picture_title |picture_mode"},
     {"no answer again", "answer=0 insert wait=1100", "", "off plain normal normal"},
-    {"foreign is no answer", "answer=text insert wait=1100", "", "off plain normal normal"},
+    {"another type is no answer", "answer=text insert wait=1100", "", "off plain normal normal"},
     {"late answer", "camera=0001010203 answer=0 insert wait=900 answer=60 wait", "13=3",
      "on composed hand sport multi |spliter"},
     {"late answer after a press",
@@ -71,7 +72,7 @@ static const struct Row
     {"mode and composition: not followed", "camera=0001000203 poll wait", "", factory},
     {"two bytes are too short", "camera=0000010100 answer=2 poll wait", "", factory},
     {"three are enough", "camera=0000010100 answer=3 poll wait", "", "off plain hand normal"},
-    {"foreign is no answer", "camera=0000010100 answer=text poll wait", "", factory},
+    {"another type is no answer", "camera=0000010100 answer=text poll wait", "", factory},
     {"during a slide: ignored", "sw_title poll wait", "04=0 notice", "off plain normal normal"},
     {"during its own slide: ignored", "camera=0000000100 poll camera=0001000100 poll wait", "",
      "off plain normal normal |picture_title"},
@@ -81,7 +82,7 @@ static const struct Row
     {"above 1: the next press is sent", "camera=0007000100 poll sw_title wait", "04=0 notice",
      "off plain normal normal"},
 
-    // Tracking changes at once, the rows and the camera after the slide.
+    // The switch changes at once, the rows and the camera after its slide.
     {"during the slide", "sw_title", "", "off plain normal normal |spliter |picture_title"},
     {"off", "sw_title wait", "04=0 notice", "off plain normal normal"},
     {"on", "sw_title wait sw_title wait", "04=0 notice 04=1", factory},
@@ -132,7 +133,7 @@ static const struct Row
      "on plain hand normal |spliter"},
     {"off", "sw_title wait frame_title", "04=0 notice", "off plain normal normal"},
 
-    // Reset presses what is not at its factory setting.
+    // Reset presses the controls that differ from the factory settings.
     {"nothing to do", "reset wait", "", factory},
     {"everything", "camera=0000010203 insert show wait reset wait",
      "13=3 10=1 notice 10=0 notice 07=2 07=1 04=1 13=0 notice",
@@ -146,7 +147,7 @@ static const struct Row
      "on plain normal normal multi |spliter |picture_title"},
     {"hidden", "rb_sport hide reset", "07=1 07=2 07=2 07=1", factory},
 
-    // After its end, the panel requests nothing.
+    // After its destruction, the panel requests nothing.
     {"during a slide", "sw_title delete wait=6000", "", "gone"},
     {"before the retry", "answer=0 insert delete wait=6000", "", "gone"},
 };
@@ -170,7 +171,7 @@ static void take(HostedPanel &hosted, const QString &step)
     } else if (step == "delete") {
         delete hosted.panel;
         hosted.host.meanwhile = [] {
-            QFAIL("a request after the end");
+            QFAIL("a request after the panel's destruction");
         };
     } else if (step == "poll") {
         PanelInternals::poll(*hosted.panel);

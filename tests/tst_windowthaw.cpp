@@ -28,7 +28,7 @@ private Q_SLOTS:
         hosted.reset(new HostedPanel);
         hosted->insertAndShow();
         other.show();
-        // A real screen takes real time.
+        // Unlike the offscreen platform, an X server exposes the window in real time.
         for (int i = 0; i < 5000 && !hosted->window.windowHandle()->isExposed(); ++i, catchUp())
             std::this_thread::sleep_for(1ms);
         advance(250ms);
@@ -43,10 +43,10 @@ private Q_SLOTS:
         hosted.reset();
     }
 
-    // First to a window of its own, then to one without a layout.
+    // The panel first becomes a window itself, then moves to a window without a layout.
     void panelMovesToAnotherWindow()
     {
-        expectedWarnings.setPattern("does not support setParent"); // of windows, offscreen
+        expectedWarnings.setPattern("does not support setParent"); // offscreen
         hosted->press("rb_hand");
         hosted->panel->setParent(nullptr);
         hosted->panel->show();

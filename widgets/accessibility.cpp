@@ -27,7 +27,7 @@ public:
 };
 
 /// Presses its widget from the keyboard or assistive technology, and draws a focus frame around it
-/// while it has focus by key. Owned by the widget.
+/// if the focus came by Tab. Owned by the widget.
 class Presser : public QObject
 {
     Q_OBJECT
@@ -76,7 +76,7 @@ private:
         const bool mine = key.key() == Qt::Key_Space || (enter && role == QAccessible::Button);
         if (!mine || (key.modifiers() & ~Qt::KeypadModifier))
             return false;
-        // A key that a switch ignores propagates to the row below it, which must not take it.
+        // A key that a switch ignores propagates to the press frame behind it. Ignore it there.
         if (widget->window()->focusWidget() != widget)
             return false;
         if (!key.isAutoRepeat())
@@ -160,7 +160,7 @@ QAccessibleInterface *interfaceOf(const QString & /*className*/, QObject *object
 void make(QWidget &widget, QAccessible::Role role, const QString &name)
 {
     new Presser(&widget, role);
-    QAccessible::installFactory(interfaceOf); // Qt ignores repeated installation
+    QAccessible::installFactory(interfaceOf); // Qt ignores a repeated call
     widget.setAccessibleName(name);
 }
 

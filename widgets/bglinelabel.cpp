@@ -10,7 +10,7 @@ BgLineLabel::BgLineLabel(QWidget *parent)
 void BgLineLabel::setStyleSheet(const QString &styleSheet)
 {
     constexpr int longestTail = 1000;
-    constexpr int insideKey = 6; // keeps the "on" of "location"
+    constexpr int insideKey = 6; // the tail starts with the "on" of "location"
 
     const int key = styleSheet.indexOf(QLatin1String("location"));
     if (key < 0) {

@@ -22,8 +22,8 @@ public:
     /// applies the rest. Without such an entry the location does not change; if N is not a number,
     /// it becomes 0. Not virtual: a call through a QWidget pointer does none of this.
     ///
-    /// The word "location" is found anywhere, even inside another word. Of the text that follows
-    /// it, at most 1000 characters are kept.
+    /// "location" is found anywhere, even inside another word. The text after it is cut off after
+    /// about 1000 characters.
     void setStyleSheet(const QString &styleSheet);
 
 protected:

@@ -8,7 +8,7 @@ class QObject;
 /// Scales widget trees that were laid out in fixed pixels, for screens with a higher density.
 /// Multiplies geometry, minimum and maximum sizes, and the icon sizes of plain push and tool
 /// buttons by `factor`, which must be positive. Fonts, margins, spacings and style sheets do not
-/// change, nor do the descendants of children that are not widgets.
+/// change. Children that are not widgets are skipped, together with everything below them.
 namespace Talsen {
 
 /// Scales all widgets below `object`. If `resizeSelf` is not 0 and `object` is a widget, scales its

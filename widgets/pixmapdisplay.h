@@ -15,8 +15,8 @@ class QVariantAnimation;
 
 /// Displays a picture that any thread may replace at any time.
 ///
-/// All functions except setPixmap() belong to the widget's own thread. The setters do not repaint,
-/// and they do not lay out the picture again: rotation, corners, background and hideLoading() take
+/// Call all functions except setPixmap() in the widget's own thread. The setters neither repaint
+/// nor lay out the picture again: rotation, corners, background and hideLoading() take
 /// effect at the next repaint; scale mode, setPreviewForward() and setPixSize() at the next resize
 /// or when a picture of another size is painted.
 ///
@@ -28,7 +28,7 @@ class PixmapDisplay : public QWidget
 public:
     /// How the picture fits into the widget.
     enum ScaleType : int {
-        ScaleStretch = 0, ///< stretched to fill the widget; other values do the same
+        ScaleStretch = 0, ///< stretched to fill the widget; also for any other value
         ScaleFit = 1,     ///< the whole picture, centred (default)
         ScaleFill = 2,    ///< covers the widget, centred and cropped
     };
@@ -53,7 +53,7 @@ public:
     void setPreviewForward(bool forward);
 
     /// Radius in pixels of the rounded corners that clip the picture. The clip rotates with the
-    /// picture. 0, the default, or less means none.
+    /// picture. 0 or less means none. Default 0.
     void setRoundCorder(int radius);
 
     /// Colour behind the picture. Default transparent.
@@ -80,9 +80,9 @@ Q_SIGNALS:
 
 public Q_SLOTS:
     /// Stores a copy of `pix` and requests a repaint. Any thread may call this, even while the
-    /// widget's thread is about to delete the widget: the destructor waits until updatePic() was
-    /// emitted. A directly connected receiver may paint the widget, but must not delete it or wait
-    /// for the widget's thread.
+    /// widget's thread is about to delete the widget: the destructor waits until updatePic() has
+    /// been emitted. A directly connected receiver may paint the widget, but must not delete it or
+    /// wait for the widget's thread.
     void setPixmap(const QPixmap &pix);
 
 protected:

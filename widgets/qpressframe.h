@@ -13,8 +13,8 @@ class QPressFrame : public QFrame
 public:
     explicit QPressFrame(QWidget *parent);
 
-    /// \name Reserved for future styles
-    /// The values are not used for painting yet.
+    /// \name Reserved
+    /// These have no visible effect yet.
     /// \{
 
     /// Radius in pixels.

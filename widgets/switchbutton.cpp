@@ -161,8 +161,8 @@ void SwitchButton::paintEvent(QPaintEvent * /*event*/)
 void SwitchButton::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    // Unlike relayout(), do not suppress a report: the first show or a style sheet may resize the
-    // switch while it slides after a press or a reset.
+    // Unlike relayout(), do not suppress a report: the switch may be sliding after a press or a
+    // reset while the first show or a style sheet resizes it.
     if (event->size() != laidOut) {
         place(event->size());
         Q_EMIT sendAnimate();
@@ -224,8 +224,8 @@ void SwitchButton::slide(int fromX, int fromY, int toX)
 
 void SwitchButton::finishSlide()
 {
-    // An idle switch slid only because of a new size. Do not rely on blockNext for that: a
-    // SetStatus() may have cleared it since relayout().
+    // If the switch is idle, a new size started this slide. Do not rely on blockNext for
+    // that: a SetStatus() may have cleared it since relayout().
     const bool report = !idle && !blockNext;
     idle = true;
     blockNext = false;

@@ -14,7 +14,7 @@ class Slider : public QWidget
 public:
     explicit Slider(QWidget *parent);
 
-    /// Sets the knob's diameter in pixels. The switch calls this with every layout. Default: 0.
+    /// Sets the knob's diameter in pixels. The switch calls this at every layout. Default: 0.
     void setSize(int diameter);
 
     /// Returns the knob's diameter in pixels, not the widget's width.
@@ -37,9 +37,10 @@ private:
 /// the new state at once; onValueChanged() reports it at the end of the slide. Until then, further
 /// presses and changes are ignored. If a slide replaces a running one, only one report follows.
 ///
-/// A new size moves the knob and starts a slide, which is not reported. If it replaces a slide that
-/// is due to be reported, the report still follows. But SetSize(), setGeometry(), setFixedSize()
-/// and resize() of this class suppress the report of the next slide that ends, whatever started it.
+/// A new size moves the knob and starts a slide, which is not reported. If this slide replaces one
+/// that is due to be reported, the report still follows. But SetSize(), setGeometry(),
+/// setFixedSize() and resize() of this class suppress the report of the next slide that ends,
+/// whatever started it.
 ///
 /// \image html switchbutton.png "On and off in two sizes, with other colours, and disabled"
 class SwitchButton : public QWidget

@@ -33,7 +33,7 @@ int main(int argc, char *argv[])
         return 1;
     }
 
-    // Unused, tracking, type, mode, composition; and the commands that change them.
+    // The camera's state (unused, tracking, type, mode, composition), and the command for each.
     quint8 status[] = {0, 1, 0, 1, 1};
     const quint8 commands[] = {0, 0x04, 0x10, 0x07, 0x13};
     bool statusRead = false;

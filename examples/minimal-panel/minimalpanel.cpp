@@ -55,10 +55,10 @@ private:
     {
         ExtensionUnit request;
         request.selector = 8;
-        // Any other type becomes an empty ExtensionUnit.
+        // An answer of another type becomes an empty ExtensionUnit.
         const auto status = qvariant_cast<ExtensionUnit>(
             commandChannel(ChannelRequest::Extension, QVariant::fromValue(request)));
-        // A switch that slides has not yet sent the user's choice. Wait for the next answer.
+        // While the switch slides, the user's choice is not sent yet. Use the next answer.
         const bool on = status.data[1] != 0;
         if (status.length > 1 && toggle->GetStatus() != on && !toggle->isSliding()) {
             toggle->blockNextSignal(); // do not send the value back to the camera

@@ -11,7 +11,7 @@ class QWidget;
 /// \file
 /// The records that cross OrvPluginApi::commandChannel, each wrapped in a QVariant.
 ///
-/// Hosts and plug-ins must compile these same declarations. Qt matches records by metatype name
+/// Compile hosts and plug-ins with these same declarations. Qt matches records by metatype name
 /// only, so it does not detect different layouts at run time. The assertions below fix the layout
 /// of a 64-bit build.
 
@@ -48,19 +48,19 @@ Q_DECLARE_METATYPE(CameraData)
 
 static_assert(sizeof(void *) == 8, "the layouts below are for 64-bit builds");
 
-static_assert(sizeof(ExtensionUnit) == 280, "ExtensionUnit has drifted");
-static_assert(offsetof(ExtensionUnit, write) == 0, "ExtensionUnit has drifted");
-static_assert(offsetof(ExtensionUnit, selector) == 8, "ExtensionUnit has drifted");
-static_assert(offsetof(ExtensionUnit, data) == 16, "ExtensionUnit has drifted");
-static_assert(offsetof(ExtensionUnit, length) == 272, "ExtensionUnit has drifted");
+static_assert(sizeof(ExtensionUnit) == 280, "ExtensionUnit has changed its layout");
+static_assert(offsetof(ExtensionUnit, write) == 0, "ExtensionUnit has changed its layout");
+static_assert(offsetof(ExtensionUnit, selector) == 8, "ExtensionUnit has changed its layout");
+static_assert(offsetof(ExtensionUnit, data) == 16, "ExtensionUnit has changed its layout");
+static_assert(offsetof(ExtensionUnit, length) == 272, "ExtensionUnit has changed its layout");
 
-static_assert(sizeof(SettingData) == 24, "SettingData has drifted");
-static_assert(offsetof(SettingData, name) == 0, "SettingData has drifted");
-static_assert(offsetof(SettingData, value) == 8, "SettingData has drifted");
+static_assert(sizeof(SettingData) == 24, "SettingData has changed its layout");
+static_assert(offsetof(SettingData, name) == 0, "SettingData has changed its layout");
+static_assert(offsetof(SettingData, value) == 8, "SettingData has changed its layout");
 
-static_assert(sizeof(CameraData) == 40, "CameraData has drifted");
-static_assert(offsetof(CameraData, object) == 0, "CameraData has drifted");
-static_assert(offsetof(CameraData, flag) == 8, "CameraData has drifted");
-static_assert(offsetof(CameraData, param1) == 16, "CameraData has drifted");
-static_assert(offsetof(CameraData, param2) == 24, "CameraData has drifted");
-static_assert(offsetof(CameraData, param3) == 32, "CameraData has drifted");
+static_assert(sizeof(CameraData) == 40, "CameraData has changed its layout");
+static_assert(offsetof(CameraData, object) == 0, "CameraData has changed its layout");
+static_assert(offsetof(CameraData, flag) == 8, "CameraData has changed its layout");
+static_assert(offsetof(CameraData, param1) == 16, "CameraData has changed its layout");
+static_assert(offsetof(CameraData, param2) == 24, "CameraData has changed its layout");
+static_assert(offsetof(CameraData, param3) == 32, "CameraData has changed its layout");

@@ -4,7 +4,7 @@ static QtMessageHandler handlerOfQTest = nullptr;
 
 static void handle(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
-    // The former is what the offscreen platform says of every window.
+    // The offscreen platform prints the former for every window.
     if (message.contains("propagateSizeHints") || Test::expectedWarnings.match(message).hasMatch())
         return;
     if (type == QtWarningMsg || type == QtCriticalMsg)

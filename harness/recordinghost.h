@@ -6,15 +6,15 @@
 
 #include <QStringList>
 
-/// The host's end of the channel, with a camera behind it. Writes down each request in a word:
+/// The host's end of the channel, with a camera behind it. Records each request as a word:
 /// "language", "read", "notice", or "04=1" for a command and its value.
 class RecordingHost : public RecordingChannel
 {
 public:
     QByteArray status = QByteArray::fromHex("0001000100"); ///< the camera's bytes
-    quint64 length = 60;                                   ///< the length that an answer has
-    QVariant foreignAnswer;                                ///< answers a read instead, if valid
-    std::function<void()> meanwhile;                       ///< called in each request, if set
+    quint64 length = 60;                                   ///< the length of an answer
+    QVariant foreignAnswer;                                ///< if valid, the answer to each read
+    std::function<void()> meanwhile;                       ///< if set, called during each request
     QStringList traffic;
 
     /// The words since the last call, without reads and queries.

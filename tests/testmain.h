@@ -4,19 +4,19 @@
 #include <QRegularExpression>
 #include <QTest>
 
-/// Base of every test: a warning that it did not announce fails it.
+/// Base of every test. A warning that a test does not announce in `expectedWarnings` fails it.
 class Test : public QObject
 {
     Q_OBJECT
 
 public:
-    static inline QRegularExpression expectedWarnings{"^$"}; ///< matches those that are to pass
+    static inline QRegularExpression expectedWarnings{"^$"}; ///< these do not fail the test
 
 private Q_SLOTS:
-    void initTestCase(); // not sooner: QTest installs a handler of its own when it begins
+    void initTestCase(); // not earlier: QTest first installs its own handler
 };
 
-/// As QTEST_MAIN; without a display, and at 96 dots per inch unless the environment says otherwise.
+/// Like QTEST_MAIN, but by default without a display and at 96 dots per inch.
 #define TEST_MAIN(TestClass)                                                                       \
     int main(int argc, char **argv)                                                                \
     {                                                                                              \

@@ -22,7 +22,7 @@ struct PanelInternals
     }
 };
 
-/// A panel and its host.
+/// A panel and its host. The panel is not inserted yet.
 struct HostedPanel : PanelWindow
 {
     HostedPanel() { host.installIn(*panel); }
@@ -38,7 +38,8 @@ struct HostedPanel : PanelWindow
 
     Ui_root &ui() { return PanelInternals::ui(*panel); }
 
-    /// Presses a visible control: "rb_hand" with the mouse, "Space:rb_hand" with that key.
+    /// Presses a control: "rb_hand" with the mouse, "Space:rb_hand" with that key. Returns false if
+    /// it is not visible.
     bool press(const QString &step)
     {
         auto *const control = panel->findChild<QWidget *>(step.section(':', -1));
