@@ -64,7 +64,7 @@ void insert(benchmark::State &state)
     }
     state.SetLabel("1.25");
 }
-// Few repetitions per process: each panel leaves its catalog behind.
+// Few repetitions per process, because each panel's catalog stays installed.
 BENCHMARK(insert)->Name("insertWidget to the first frame/ours")->Iterations(1)->Repetitions(5);
 
 /// Inserts the form with the same visible rows, but without the code behind it.
@@ -108,7 +108,7 @@ void poll(benchmark::State &state)
 }
 BENCHMARK(poll)->Name("one poll without changes/ours");
 
-/// Freezes and thaws the window once, the least that a layout without flicker needs.
+/// Freezes and thaws the window once, the least work for a new layout without flicker.
 void pollFloor(benchmark::State &state)
 {
     ShownPanel host;

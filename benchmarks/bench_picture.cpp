@@ -42,7 +42,7 @@ QPixmap noise(unsigned seed)
     return QPixmap::fromImage(image);
 }
 
-/// The same pixels in memory for both sides.
+/// Both sides paint the same pixmaps, so that their place in memory does not matter.
 const QPixmap &pictureOf(int frame)
 {
     static const QPixmap pictures[] = {noise(1), noise(2)};

@@ -63,7 +63,7 @@ private:
     Knob *knob = new Knob(this);
 };
 
-/// Slides a switch, or its stand-in, from one end to the other and paints all frames.
+/// Slides a SwitchButton or a Track from one end to the other and paints all frames.
 template <typename Switch>
 void slide(benchmark::State &state)
 {

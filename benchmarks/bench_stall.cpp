@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 using Channel = std::function<QVariant(int, QVariant)>;
 
 constexpr auto session = 1s;
-// More often than a panel reads and a user clicks.
+// Shorter than the intervals of a panel's polls and a user's clicks.
 constexpr auto pollInterval = 100ms;
 constexpr auto clickInterval = 70ms;
 

@@ -27,7 +27,7 @@ public:
             time += frame;
             advanceAnimation();
             QCoreApplication::processEvents();
-            // Without a running event loop, finished animations are not deleted.
+            // Without a running event loop, Qt does not delete finished animations.
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
             // The platform requests paints with some ms of delay; do not wait.
             const auto windows = QApplication::topLevelWidgets();

@@ -1,5 +1,6 @@
-# Turns Google Benchmark's CSV into a table of the shortest times: CPU time, or a duration that the
-# benchmark measured itself. The exit status is 1 if a side was not measured or a target was missed.
+# Turns Google Benchmark's CSV into a table of the shortest times. These are CPU times, or durations
+# that a benchmark measured itself. The exit status is 1 if a row is incomplete, if a target was missed,
+# or if there is no row.
 
 function shown(ns) {
     return ns >= 1e6 ? sprintf("%.2f ms", ns / 1e6) \
@@ -8,7 +9,7 @@ function shown(ns) {
 
 BEGIN { FS = "," }
 
-# "name/side",iterations,real time,CPU time,unit,,,"target",,
+# The columns: "name/side",iterations,real time,CPU time,unit,,,"target",,
 /^"[^"]*\/(ours|floor)/ && !/_(mean|median|stddev|cv)"/ {
     gsub(/"/, "")
     split($1, name, "/")

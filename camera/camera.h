@@ -2,7 +2,7 @@
 
 #include <QByteArray>
 
-/// The outcome of a status read.
+/// The result of a transfer that reads from the camera.
 struct TransferResult
 {
     QByteArray bytes; ///< empty if the read failed

@@ -20,7 +20,7 @@ constexpr int noFault = -1;
 constexpr Faults noFaults = {noFault, noFault, noFault, noFault,
                              noFault, noFault, noFault, noFault};
 
-/// A tracking camera without hardware, with configurable faults. It can be changed while another
+/// A tracking camera without hardware, with configurable faults. May be changed while another
 /// thread transfers.
 class SimulatedCamera : public QObject, public Camera
 {
@@ -50,11 +50,11 @@ Q_SIGNALS:
     void statusChanged();
 
 private:
-    /// Waits as long as a transfer takes. Returns 0 or the errno of its failure.
+    /// Waits as long as the fault Delay says. Returns 0, or an errno if the transfer fails.
     int beginTransfer() const;
 
-    mutable std::mutex m_mutex; ///< guards all below; not held while signals are emitted
+    mutable std::mutex m_mutex; ///< guards status and faults; not held while signals are emitted
     Status m_status = TrackingProtocol::factoryStatus;
     Faults m_faults = noFaults;
-    int m_reads = 0;
+    int m_reads = 0; ///< used only by the thread that transfers
 };

@@ -49,7 +49,7 @@ Field fieldOf(const QByteArray &command)
 QString framingProblem(bool write, qint64 selector, const QByteArray &bytes)
 {
     if (selector != (write ? commandSelector : statusSelector))
-        return QString("control %1 is not for this").arg(selector);
+        return QString("wrong control %1").arg(selector);
     if (!write)
         return {};
     if (bytes.size() != blockLength)

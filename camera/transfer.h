@@ -17,12 +17,12 @@ struct Transfer
     enum Outcome { Succeeded, Failed, Superseded, NotSent };
 
     Direction direction = None;
-    int request = 0;       ///< a ChannelRequest::Kind, or an unknown number; not used by events
-    qint64 selector = 0;   ///< control of the extension unit; 0 in other requests
+    int request = 0;       ///< a ChannelRequest::Kind, or an unknown number; 0 in events
+    qint64 selector = 0;   ///< control of the extension unit; 0 in other requests and events
     QByteArray bytes = {}; ///< sent or answered
-    QString meaning = {};  ///< the bytes or the event in words
+    QString meaning = {};  ///< the exchange or event in words
     Outcome outcome = NotSent;
-    int error = 0;                                 ///< errno if it failed
+    int error = 0;                                 ///< errno of a failure
     QDateTime time = QDateTime::currentDateTime(); ///< when it began
     qint64 duration = 0;                           ///< ms
 

@@ -23,7 +23,7 @@ using namespace TrackingProtocol;
 constexpr auto answerTime = 20ms;
 constexpr auto firstAnswerTime = 250ms;
 constexpr auto finishTime = 2s;
-/// Grace period for a read in flight when no command waits.
+/// Grace period for a read in flight, after all commands have been sent.
 constexpr auto lastReadTime = 100ms;
 constexpr std::chrono::milliseconds shortestPause = 500ms;
 constexpr std::chrono::milliseconds longestPause = 5s;
@@ -41,26 +41,26 @@ Transfer readRecord()
 
 } // namespace
 
-/// What the queue shares with its thread.
+/// The state that the queue shares with its thread.
 struct TransferQueue::State
 {
     const std::shared_ptr<Camera> camera;
 
-    std::mutex mutex; ///< guards all below
+    std::mutex mutex; ///< guards the members below
     std::condition_variable changed;
-    TransferQueue *queue; ///< null: finished, and a transfer in flight is abandoned
+    TransferQueue *queue; ///< null after finish(): the thread reports nothing more
 
     QByteArray commandInFlight; ///< being sent, or about to be
     std::deque<QByteArray> waitingCommands;
     bool readWanted = false;
     bool readInFlight = false;
-    bool readIsCurrent = false; ///< no command came since the last read began
-    QByteArray block;           ///< the newest block; empty if a command or a failure came later
+    bool readIsCurrent = false; ///< no command arrived since the last read began
+    QByteArray block;           ///< the newest block; empty after a later command or failure
     QDeadlineTimer readPause;   ///< no reads before it expires
     std::chrono::milliseconds pause{0};
     CameraCondition condition;
     std::vector<Transfer> records; ///< not yet delivered
-    bool finishing = false;        ///< only the commands that wait are still sent
+    bool finishing = false;        ///< accept nothing more, but send the waiting commands
 
     State(std::shared_ptr<Camera> itsCamera, TransferQueue *itsQueue)
         : camera(std::move(itsCamera))
@@ -176,7 +176,7 @@ void TransferQueue::State::endRead(Transfer transfer, const TransferResult &resu
     readPause.setRemainingTime(pause);
     if (result.error == ENODEV)
         disconnect();
-    else if (condition.read != ENODEV) // A disconnected camera stays so until a read succeeds.
+    else if (condition.read != ENODEV) // Only a successful read ends a disconnection.
         condition.read = result.error;
 }
 
@@ -193,7 +193,7 @@ void TransferQueue::State::disconnect()
 
 void TransferQueue::State::enqueue(const QByteArray &command)
 {
-    // Blocks that were read before a command may no longer be true.
+    // A block that was read before this command may be out of date.
     block.clear();
     readIsCurrent = false;
     if (!hasCommands() && !readInFlight) {
@@ -241,7 +241,7 @@ QByteArray TransferQueue::readStatus()
     QByteArray answer;
     State &state = *m_state;
     std::unique_lock<std::mutex> lock(state.mutex);
-    // A read that began before the last command would show the camera as it was.
+    // A read that began before the last command may return the old setting.
     const bool join = state.readInFlight && state.readIsCurrent;
     if (state.finishing || (!join && !state.readPause.hasExpired())) {
         state.report(readRecord(), Transfer::NotSent);

@@ -15,7 +15,7 @@ bool UnitDescriptor::has(int selector) const
 /// Reads an extension unit's descriptor. Returns false if its lengths are inconsistent.
 static bool readUnit(const uchar *bytes, int length, UnitDescriptor *unit)
 {
-    constexpr int inputs = 21; // offset of bNrInPins, which is followed by as many bytes
+    constexpr int inputs = 21; // offset of bNrInPins, the number of bytes that follow it
     const int controlSize = inputs + 1 + (length > inputs ? bytes[inputs] : 0);
     if (length <= controlSize || length - controlSize <= bytes[controlSize] || bytes[3] == 0)
         return false;

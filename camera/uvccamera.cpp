@@ -32,7 +32,7 @@ std::unique_ptr<UvcCamera> UvcCamera::open(const QString &node, int unit, Use us
     return camera;
 }
 
-/// Opens the node and checks that the camera can be used. Leaves the node open if it cannot.
+/// Opens the node and checks the camera. If a check fails, the node stays open.
 CameraRefusal UvcCamera::attach(const QString &path)
 {
     v4l2_capability capability = {};
@@ -105,7 +105,7 @@ int UvcCamera::attachAgain()
         if (refusal == 0)
             return 0;
         close();
-        // The camera's metadata node also refuses with ENODEV.
+        // Ignore ENODEV: the camera's metadata node also causes it.
         if (refusal != ENODEV)
             error = refusal;
     }
@@ -132,7 +132,7 @@ int UvcCamera::sendCommand(const QByteArray &command)
     return query(UVC_SET_CUR, commandSelector, command).error;
 }
 
-/// Performs one transfer, of as many bytes as there are in `bytes`.
+/// Performs one transfer of bytes.size() bytes.
 TransferResult UvcCamera::query(quint8 request, int control, QByteArray bytes)
 {
     uvc_xu_control_query transfer = {quint8(m_unit), quint8(control), request,
@@ -141,7 +141,7 @@ TransferResult UvcCamera::query(quint8 request, int control, QByteArray bytes)
     const int result = ::ioctl(m_descriptor, UVCIOC_CTRL_QUERY, &transfer);
     if (result == 0)
         return {bytes, 0};
-    // Some kernels return the length of a transfer that was too short.
+    // Some kernels return the number of bytes if a transfer was too short.
     const int error = result < 0 ? errno : EIO;
     if (error == ENODEV)
         close();

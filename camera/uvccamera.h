@@ -11,18 +11,18 @@ struct CameraRefusal
     enum Reason {
         NoRefusal,
         CannotOpen,
-        ReplacedCamera, ///< another camera took the node's name while it was being opened
+        ReplacedCamera, ///< another camera got the node while it was being opened
         NoCaptureNode,
-        NoUnit,       ///< `units` has all units, none with both controls
-        SeveralUnits, ///< `units` has those with both controls
+        NoUnit,       ///< no unit has both controls; `units` lists all units
+        SeveralUnits, ///< several units have both controls; `units` lists those
         NoLength,     ///< the length of `control` of `unit` cannot be read
-        WrongLength,  ///< `length` bytes
+        WrongLength,  ///< `control` of `unit` has `length` bytes
         NoInfo,       ///< the capabilities of `control` of `unit` cannot be read
-        NotOffered,   ///< `control` of `unit` cannot be set, or cannot be read
+        NotOffered,   ///< `control` of `unit` cannot be set (commands) or read (status)
     };
 
     Reason reason = NoRefusal;
-    int error = 0; ///< errno; never 0 in a refusal
+    int error = 0; ///< errno; 0 only with NoRefusal
     QVector<int> units = {};
     int unit = 0;
     int control = 0;
@@ -31,25 +31,26 @@ struct CameraRefusal
 
 /// A UVC camera behind a V4L2 node.
 ///
-/// A transfer that finds the camera unplugged returns ENODEV. After that, each readStatus() looks
-/// for the same camera under any node and, if it is back, checks it like open() before it reads.
-/// Until such a read succeeds, readStatus() returns ENODEV, or the errno that keeps the returned
-/// camera from being used, and sendCommand() returns ENODEV at once.
+/// A transfer returns ENODEV if the camera was unplugged. From then on, each readStatus() looks for
+/// the same camera at every node. Once it is back, readStatus() checks it like open() and reads.
+/// Until then, readStatus() returns ENODEV, or another errno if the camera is back but fails a
+/// check, and sendCommand() returns ENODEV at once.
 class UvcCamera final : public Camera
 {
 public:
     enum class Use { ReadOnly, ReadAndWrite };
 
-    /// Opens the camera at `node` without changing anything in it. `unit` is the number of its
-    /// extension unit; 0 stands for the only unit that has both controls. With ReadOnly the command
-    /// control is not checked, and sendCommand() returns EPERM. Returns null and sets `refusal` if
-    /// the camera cannot be used. Can block for several seconds.
+    /// Opens the camera at `node` and checks it, without changing its settings. `unit` is the
+    /// number of its extension unit; 0 selects the only unit that has both controls. With ReadOnly
+    /// the command control is not checked, and sendCommand() returns EPERM. Returns null and sets
+    /// `refusal` if the camera cannot be used. May block for several seconds.
     static std::unique_ptr<UvcCamera> open(const QString &node, int unit, Use use,
                                            CameraRefusal *refusal);
     ~UvcCamera() override { close(); }
     Q_DISABLE_COPY(UvcCamera)
 
-    /// Returns at most 255 bytes, which is what a record can hold. A short transfer returns EIO.
+    /// Returns at most 255 bytes, the capacity of a record. A transfer that is too short returns
+    /// EIO.
     TransferResult readStatus() override;
     int sendCommand(const QByteArray &command) override;
 
@@ -70,5 +71,5 @@ private:
     const Use m_use;
     QByteArray m_camera; ///< VideoNode::camera
     int m_descriptor = -1;
-    int m_statusLength = 0; ///< bytes; of the current connection
+    int m_statusLength = 0; ///< length of the status control in bytes; set by attach()
 };

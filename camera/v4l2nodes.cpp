@@ -41,7 +41,7 @@ VideoNode videoNode(const QString &path)
 
 QVector<VideoNode> videoNodes()
 {
-    constexpr int maximumNodes = 256; // of the kernel
+    constexpr int maximumNodes = 256; // the kernel's limit
     QVector<VideoNode> found;
     for (int number = 0; number < maximumNodes; ++number) {
         const QString name = "video" + QString::number(number);

@@ -6,20 +6,21 @@
 
 struct v4l2_capability;
 
-/// A video node and what sysfs knows about its camera.
+/// A video node, with information about its camera from sysfs.
 struct VideoNode
 {
     QString path;                  ///< /dev/video0
-    QByteArray camera;             ///< port, interface, vendor, product and serial number, so that
-                                   ///< a camera can be found again; empty without a USB camera
-    QVector<UnitDescriptor> units; ///< those of the node's own interface
+    QByteArray camera;             ///< identifies the camera: port, interface, vendor, product and
+                                   ///< serial number; empty if it is not a USB camera
+    QVector<UnitDescriptor> units; ///< of the node's own interface
 };
 
-/// Looks up `path`, which may be a link to a node. Opens nothing.
+/// Looks up `path`, which may be a link to a node. Does not open the node.
 VideoNode videoNode(const QString &path);
 
 /// All nodes in the order of their numbers, including nodes that do not capture.
 QVector<VideoNode> videoNodes();
 
-/// Opens a node and queries its capabilities. The caller owns the descriptor; -1: see errno.
+/// Opens a node and queries its capabilities. Returns a file descriptor, which the caller owns, or
+/// -1 and sets errno.
 int openVideoNode(const QString &path, v4l2_capability *capability);

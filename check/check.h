@@ -13,14 +13,14 @@ struct Check
     const char *rule;
     void (*run)(Host &host);
     const char *needs = ""; ///< an earlier check; if that did not pass, this one is skipped
-    const char *dpi = "96"; ///< the screen's logical density
-    int tries = 1;          ///< fails only if this many attempts fail
+    const char *dpi = "96"; ///< logical dots per inch of the screen
+    int tries = 1;          ///< the check fails only if this many attempts fail
 };
 
 std::vector<Check> loadingChecks();
 std::vector<Check> lifeChecks();
 std::vector<Check> requestChecks();
 
-/// Runs each check in a process of its own, because a panel may crash or hang, several at a time,
-/// and prints the results in order. Returns whether none failed.
+/// Runs each check in a separate process, because a panel may crash or hang. Runs several at a time
+/// and prints the results in the order of `checks`. Returns true if no check failed.
 bool runChecks(const std::vector<Check> &checks, const QString &plugin, quint32 seed);

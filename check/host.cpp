@@ -15,7 +15,7 @@
 using namespace std::chrono_literals;
 using namespace TrackingProtocol;
 
-/// Closes menus and dialogs: each may run an event loop that the check waits for.
+/// Closes menus and dialogs. Each may run an event loop, which would block the check.
 static void closePopups()
 {
     for (auto *const open :
@@ -108,7 +108,7 @@ void Host::use(QWidget *control)
     const bool byKey = any(3) == 0;
     QPoint place = control->rect().center();
     if (any(2) == 0)
-        place.setX(std::min(place.x(), 8)); // in a check box, on the box
+        place.setX(std::min(place.x(), 8)); // hits the box of a wide check box
     step(QString("%1 %2 \"%3\"")
              .arg(byKey ? "the space bar on" : "a click on", control->metaObject()->className(),
                   control->objectName()));

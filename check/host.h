@@ -12,13 +12,13 @@
 #include <memory>
 #include <random>
 
-/// A host for one panel after another: a window, and a channel to a simulated camera.
+/// A host with a window and a channel to a simulated camera. Loads one panel at a time.
 class Host : public RecordingChannel
 {
 public:
-    /// `file` is the plug-in's. All random choices follow from `seed`.
+    /// `file` is the plug-in. `seed` determines all random choices.
     Host(const QString &file, quint32 seed)
-        : plugin(QFileInfo(file).absoluteFilePath()) // Qt would look for a relative one elsewhere
+        : plugin(QFileInfo(file).absoluteFilePath()) // Qt looks elsewhere for relative ones
         , m_random(seed)
     {
     }
@@ -27,7 +27,7 @@ public:
     void load();
 
     void insert() { api->insertWidget(container); }
-    void open(); ///< loads and inserts a panel, shows it, and waits 100 ms
+    void open(); ///< loads and inserts a panel, shows it, and lets 100 ms pass
     void reset();
 
     /// Lets time pass. Ends the check if the panel is gone afterwards.
@@ -44,7 +44,7 @@ public:
     /// Clicks `control`, or presses the space bar on it.
     void use(QWidget *control);
 
-    /// Uses a random control, if there is one, and waits for less than `limit` ms.
+    /// Uses a random control, if there is one, and then lets less than `limit` ms pass.
     void useAny(int limit = 1000);
 
     /// Ends the check if a request since the last call, or since load(), is not `fine`.

@@ -33,11 +33,11 @@ struct Rule
 static constexpr const char *stateNames[] = {"not yet seen", "passed", "failed"};
 
 /// A panel that checks whether its host keeps the contract of OrvPluginApi. Shows a line for each
-/// rule. Lines also go to the debug stream (category "orv_hostcheck"): each when it first passes or
-/// fails, and all of them when the instance is destroyed or the application ends.
+/// rule. Also writes the lines to the debug stream (category "orv_hostcheck"): each when its state
+/// changes, and all of them when the instance is destroyed or the application ends.
 ///
-/// Makes requests in insertWidget(), as panels do, and then once a second. All requests only read a
-/// setting or the camera's status.
+/// Makes requests in insertWidget(), as panels do, and then once a second. Its requests only query
+/// settings and read the camera's status.
 class HostCheck : public QLabel, public OrvPluginApi
 {
     Q_OBJECT
@@ -79,7 +79,7 @@ protected:
 private:
     void judge(Rule &rule, bool kept, const QString &seen = {});
     void showRules();
-    // Where space is short, layouts give a label that wraps only one line.
+    // If space is short, a layout shrinks a label with wrapped text to one line.
     void makeRoom() { setMinimumHeight(heightForWidth(width())); }
     bool noteCall(const char *function);
     void makeRequests();
@@ -116,10 +116,10 @@ HostCheck::HostCheck()
     setFont(QFont(font().family(), 9));
     setWordWrap(true);
     setMargin(9);
-    // In a host that sets no width, lines that wrap would make the window narrow and too high.
+    // Without a minimum, wrapped text would make the window of some hosts narrow and very high.
     setMinimumWidth(60 * fontMetrics().averageCharWidth());
     showRules();
-    // Started again after each answer, so that requests do not pile up in a slow host.
+    // Restarted after each answer, so that requests do not pile up in a slow host.
     m_poll.setSingleShot(true);
     m_poll.setInterval(1s);
     connect(&m_poll, &QTimer::timeout, this, &HostCheck::makeRequests);
@@ -139,7 +139,7 @@ HostCheck::~HostCheck()
     if (std::exchange(living, nullptr) != this)
         return; // the summary is already written
     const bool onGuiThread = noteCall("the destructor");
-    // Calls on other threads have been posted, see noteCall().
+    // noteCall() posts calls from other threads. Judge them now.
     if (onGuiThread)
         QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
     judge(m_destroyed, !m_requesting);
@@ -165,7 +165,7 @@ void HostCheck::judge(Rule &rule, bool kept, const QString &seen)
 
 void HostCheck::showRules()
 {
-    // White text needs a background of its own: the host's may be light or dark.
+    // White text needs its own background, because the host's may be light.
     static constexpr const char *colors[] = {"#5F6368", "#2E7D32", "#C62828"};
     QString text = "<b>Host check</b>";
     for (const Rule *const rule : m_rules)
@@ -181,7 +181,7 @@ void HostCheck::insertWidget(QWidget *container)
 {
     if (!noteCall("insertWidget"))
         return;
-    judge(m_resetLater, true); // it can no longer come before
+    judge(m_resetLater, true); // unless a reset came before
     if (++m_insertions > 1 || !container) {
         judge(m_insertedOnce, false,
               container ? QString("call %1").arg(m_insertions) : "there is no container");
@@ -203,12 +203,13 @@ void HostCheck::showEvent(QShowEvent *event)
     });
 }
 
-/// Returns whether the call comes on the GUI thread. Judges that rule later, on that thread.
+/// Returns whether the call came on the GUI thread. Judges that rule on the GUI thread, later if
+/// necessary.
 bool HostCheck::noteCall(const char *function)
 {
     const bool kept = QThread::currentThread() == QCoreApplication::instance()->thread();
     QMetaObject::invokeMethod(this, [this, kept, function] {
-        judge(m_guiThread, kept, kept ? "" : QString("%1 came on another").arg(function));
+        judge(m_guiThread, kept, kept ? "" : QString("%1 came on another thread").arg(function));
     });
     return kept;
 }
@@ -242,10 +243,10 @@ void HostCheck::askForSettings()
 
 void HostCheck::readStatus()
 {
-    // Registering the type again with another size would end the process.
+    // Qt ends the process if a type is registered again with another size.
     const int size = QMetaType::sizeOf(QMetaType::type("ExtensionUnit"));
     if (size != 0 && size != sizeof(ExtensionUnit)) {
-        judge(m_status, false, QString("the host's has %1 bytes").arg(size));
+        judge(m_status, false, QString("the host's ExtensionUnit has %1 bytes").arg(size));
         return;
     }
     const int selector = TrackingProtocol::statusSelector;

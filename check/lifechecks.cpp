@@ -66,7 +66,7 @@ static void checkOpening(Host &host)
         };
         host.expectRequests("only requests in insertWidget that change nothing", changesNothing);
         host.destroyWindow();
-        VirtualTime::advance(5s); // the next round must not get late requests of this panel
+        VirtualTime::advance(5s); // until this panel can make no more requests
     }
 }
 
@@ -117,7 +117,7 @@ static void checkThawed(Host &host)
     }
 }
 
-/// Everything outside a panel that it must leave unchanged, a line each.
+/// Everything outside a panel that it must leave unchanged, one line each.
 static QStringList surroundings(const Host &host)
 {
     QString lines;
@@ -168,7 +168,7 @@ static void checkAfterDeath(Host &host)
             host.useAny();
         const bool panelFirst = host.any(2) == 0;
         panelFirst ? host.destroyPanel() : host.destroyWindow();
-        host.takeRequests(); // of the living panel
+        host.takeRequests(); // drop those from before the destruction
         VirtualTime::advance(5s);
         if (panelFirst) {
             step("using the window without the panel");
@@ -186,7 +186,7 @@ static void checkAfterDeath(Host &host)
 /// Amounts that grow if a panel leaks.
 static std::map<QString, long> resources()
 {
-    // Pages, not bytes: a catalog may stay installed.
+    // Pages, not bytes: a small loss, such as a translator that stays installed, is no fault.
     return {{"pages of memory", static_cast<long>(mallinfo2().uordblks) / 4096},
             {"widgets", QApplication::allWidgets().size()},
             {"threads", QDir("/proc/self/task").count()},

@@ -20,7 +20,7 @@ static void checkMetadata(Host &host)
 static void checkQtVersion(Host &host)
 {
     const QString problem = PluginFile::versionProblem(QPluginLoader(host.plugin).metaData());
-    expect(problem.isEmpty(), "a plug-in that this Qt loads", problem);
+    expect(problem.isEmpty(), "a plug-in that this version of Qt can load", problem);
 }
 
 static void checkExports(Host &host)
@@ -41,7 +41,7 @@ static void checkSymbols(Host &host)
 {
     QPluginLoader loader(host.plugin);
     loader.setLoadHints(QLibrary::ResolveAllSymbolsHint);
-    expect(loader.load(), "all symbols are found", loader.errorString());
+    expect(loader.load(), "a definition of every symbol", loader.errorString());
 }
 
 static void checkLoadTime(Host &host)
@@ -57,7 +57,7 @@ static void checkInstance(Host &host)
     QPluginLoader loader(host.plugin);
     const QPointer<QObject> first = loader.instance();
     expect(first, "an instance", loader.errorString());
-    expect(loader.instance() == first, "one instance", "another one");
+    expect(loader.instance() == first, "the same instance again", "another one");
     step("deleting the instance");
     delete first.data();
     QObject *const second = loader.instance();
@@ -78,12 +78,12 @@ std::vector<Check> loadingChecks()
 {
     return {
         {"metadata", "The plug-in's metadata names the interface.", checkMetadata},
-        {"qt-version", "It is built for this Qt, release or debug.", checkQtVersion, "metadata"},
+        {"qt-version", "It can be loaded by this version of Qt.", checkQtVersion, "metadata"},
         {"exports", "It exports only Qt's two entry points.", checkExports, "metadata"},
         {"symbols", "Every symbol that it uses is defined.", checkSymbols, "qt-version"},
         {"load-time", "It loads in less than 100 ms.", checkLoadTime, "symbols", "96", 3},
-        {"instance", "It has one instance at a time, which casts to the interface.", checkInstance,
-         "symbols"},
+        {"instance", "It has one instance at a time, which can be cast to the interface.",
+         checkInstance, "symbols"},
         {"identity", "It has a name and a category before insertWidget().", checkIdentity,
          "instance"},
     };

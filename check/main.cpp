@@ -31,10 +31,11 @@ static int runInThisProcess(int argc, char *argv[])
     for (const Check &check : allChecks()) {
         if (argc != 5 || qstrcmp(check.name, argv[2]) != 0)
             continue;
-        prctl(PR_SET_PDEATHSIG, SIGKILL); // if orvcheck is killed while this panel hangs
+        prctl(PR_SET_PDEATHSIG, SIGKILL); // end this process if orvcheck is killed
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qputenv("QT_FONT_DPI", check.dpi);
-        qputenv("QT_LOGGING_RULES", "default.warning=false"); // the offscreen platform's
+        // Qt's offscreen platform warns about its limits.
+        qputenv("QT_LOGGING_RULES", "default.warning=false");
         const QApplication application(argc, argv);
         QApplication::setQuitOnLastWindowClosed(false);
         const QStringList arguments = QApplication::arguments();
@@ -56,7 +57,7 @@ int main(int argc, char *argv[])
     QCommandLineParser parser;
     parser.setApplicationDescription(
         "Checks whether a settings-panel plug-in keeps the contract with its host. Each check runs "
-        "in a separate process with a virtual clock, so it does not wait for timers.\n\n"
+        "in a separate process. The panel's clock is virtual, so checks do not wait for timers.\n\n"
         "To run one check in a debugger: gdb --args orvcheck --check NAME PLUGIN SEED\n\n"
         "Exit status: 0 if no check failed, 1 if one did, 2 for bad arguments.");
     parser.addOptions({

@@ -5,7 +5,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-/// Where the reports go, one line each: "word text".
+/// Descriptor for the reports. Each is a line: "word text".
 static int reports = STDOUT_FILENO;
 
 static void report(const char *word, const QString &text = {})

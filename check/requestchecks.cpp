@@ -21,7 +21,7 @@ static void checkRequests(Host &host)
                             [](const Request &request) { return request.problem().isEmpty(); });
     };
     expectWellFormed(6s);
-    // Each round uses the controls in random ways, and may show others.
+    // Each round uses the controls in random ways, which may show or hide other controls.
     for (int round = 0; round < 12; ++round) {
         const QWidgetList controls = host.controls();
         for (QWidget *const control : controls) {
@@ -58,7 +58,7 @@ static void checkGuiThread(Host &host)
     }
 }
 
-/// A wrong answer to the read `unit`.
+/// An unusual answer of this kind to the read `unit`.
 static QVariant oddAnswer(const QString &kind, ExtensionUnit unit, Host &host)
 {
     static bool nested = false;

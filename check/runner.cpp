@@ -15,7 +15,7 @@
 
 using namespace std::chrono_literals;
 
-/// How the process ended, if it did so before its check.
+/// Describes how the process ended without a result, or that it did not end.
 static QString describeEnd(const QProcess &process, std::chrono::seconds timeLimit)
 {
     if (process.state() != QProcess::NotRunning)
@@ -25,7 +25,7 @@ static QString describeEnd(const QProcess &process, std::chrono::seconds timeLim
     return QString("an exit with status %1").arg(process.exitCode());
 }
 
-/// Returns nothing if the check passed, else what was expected and what came instead.
+/// Returns an empty list if the check passed, else what was expected and what came instead.
 static QStringList runInProcess(const Check &check, const QString &plugin, quint32 seed)
 {
     const int customLimit = qEnvironmentVariableIntValue("ORVCHECK_TIME_LIMIT");
@@ -72,7 +72,7 @@ struct Result
 
 bool runChecks(const std::vector<Check> &checks, const QString &plugin, quint32 seed)
 {
-    // More checks at a time than processors, because a panel that hangs may be asleep.
+    // At least four checks at a time, because a panel that hangs may sleep.
     QSemaphore places(std::max(4, QThread::idealThreadCount()));
     QMap<QString, std::shared_future<Result>> results;
     for (const Check &check : checks) {

@@ -1,6 +1,6 @@
 #include "usbdescriptors.h"
 
-#undef NDEBUG // check the rules in every build
+#undef NDEBUG // assertions in every build
 #include <cassert>
 
 static bool operator==(const UnitDescriptor &one, const UnitDescriptor &other)
@@ -22,7 +22,8 @@ static QByteArray numberAndGuid(const UnitDescriptor &unit)
 /// Parses the bytes as a camera's USB descriptors.
 extern "C" int LLVMFuzzerTestOneInput(const uchar *bytes, size_t size)
 {
-    // Not a copy: QByteArray would append a zero that the parser could read unnoticed.
+    // Not a copy: QByteArray would append a zero, which the parser could read without being
+    // noticed.
     const auto input = QByteArray::fromRawData(reinterpret_cast<const char *>(bytes), int(size));
     const QVector<UnitDescriptor> units = extensionUnits(input);
     int place = 0;
@@ -43,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uchar *bytes, size_t size)
                    char(unit.controls.size()) + unit.controls;
         assert(extensionUnits(minimal) == QVector<UnitDescriptor>{unit});
     }
-    // Truncated input yields the first of the same units.
+    // Truncated input yields the same units, except the last ones.
     for (int length = 0; length < input.size(); ++length) {
         const QVector<UnitDescriptor> some =
             extensionUnits(QByteArray::fromRawData(input.constData(), length));

@@ -8,7 +8,7 @@
 
 class OrvPluginApi;
 
-/// The host's end of a panel's channel. Answers requests and records them, on any thread.
+/// The host's end of a panel's channel. Answers and records requests from any thread.
 class RecordingChannel
 {
 public:
@@ -16,7 +16,7 @@ public:
     virtual ~RecordingChannel() = default;
     Q_DISABLE_COPY(RecordingChannel)
 
-    /// Gives `panel` this channel. The channel must outlive all of its copies.
+    /// Makes this the channel of `panel`. Must outlive the panel's commandChannel and its copies.
     void installIn(OrvPluginApi &panel);
 
     /// The requests since the last call.
@@ -25,7 +25,8 @@ public:
     QVariant language = 1; ///< 1 is English
 
 protected:
-    /// The answer to `request`, on its thread. This one answers only the setting "language".
+    /// Answers `request`, on the thread that made it. The base class answers only queries for the
+    /// setting "language".
     virtual QVariant answer(const Request &request);
 
 private:

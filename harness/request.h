@@ -17,7 +17,7 @@ struct Request
     ExtensionUnit unit() const; ///< all zero unless isExtension()
     QByteArray bytes() const;   ///< the payload of unit()
 
-    bool asks() const;       ///< whether it only reads a setting or the camera
+    bool asks() const;       ///< whether it only queries a setting or reads the camera
     QString problem() const; ///< why the request is malformed; empty if it is well-formed
     QString inWords() const;
 };

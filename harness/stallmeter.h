@@ -6,12 +6,12 @@
 #include <algorithm>
 #include <chrono>
 
-/// Measures how long the event loop of a thread, and with it its windows, is blocked: the longest
-/// time between two timeouts of a timer that is due every 5 ms.
+/// Measures how long an event loop, and with it the windows, is blocked: the longest time between
+/// two timeouts of a timer with an interval of 5 ms.
 class StallMeter
 {
 public:
-    /// Measures the current thread, from the next turn of its event loop on.
+    /// Measures the current thread's event loop, beginning with its next turn.
     StallMeter()
     {
         QObject::connect(&m_heart, &QTimer::timeout, &m_heart, [this] {
@@ -24,7 +24,7 @@ public:
         m_heart.start(5);
     }
 
-    /// 0 until the loop has turned twice.
+    /// 0 until the timer has timed out twice.
     std::chrono::nanoseconds longest() const { return m_longest; }
 
 private:

@@ -23,7 +23,7 @@ void start()
     clock_gettime(CLOCK_MONOTONIC, &real);
     now = 1000s * (real.tv_sec / 1000 + 1);
     isStarted = true;
-    // An event loop that would wait, such as a dialog's, moves the clock instead.
+    // An event loop, such as a dialog's, moves the clock instead of waiting.
     if (auto *const dispatcher = QAbstractEventDispatcher::instance()) {
         QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, dispatcher,
                          [dispatcher] {
@@ -62,7 +62,7 @@ static std::chrono::milliseconds readClock()
     static int reads = 0;
     if (std::exchange(last, VirtualTime::now) != VirtualTime::now)
         reads = 0;
-    // Ends loops that only watch the clock.
+    // Let loops end that only watch the clock.
     if (++reads > 10000)
         VirtualTime::now += 10ms;
     return VirtualTime::now;

@@ -2,19 +2,21 @@
 
 #include <chrono>
 
-/// A clock that only the program moves. After start(), Qt's timers, animations and times of day
-/// follow it in the thread that called start(). The clock advances by 10 ms when an event loop of
-/// that thread would wait, or when code does nothing but read it, and by the length of each sleep,
-/// which also takes its real time. Waiting for another thread does not move it, so such a wait may
-/// last longer than its time limit. CLOCK_REALTIME of the C library stays real.
+/// A clock that only the program moves. After start(), Qt's timers, animations and time of day
+/// follow it in the thread that called start(). Other threads keep the real clock, and
+/// CLOCK_REALTIME stays real everywhere.
+///
+/// The clock advances by 10 ms when an event loop of that thread would wait, and when code does
+/// nothing but read the clock. A sleep advances it by the length of the sleep and also takes real
+/// time. Waiting for another thread does not advance it, so such a wait may exceed its time limit.
 namespace VirtualTime {
 
 using namespace std::chrono_literals;
 
 extern std::chrono::milliseconds now;
 
-/// Starts the clock at the next multiple of 1000 s of CLOCK_MONOTONIC. Coarse timers round their
-/// intervals by the time of day, so a fixed start makes them repeatable.
+/// Starts the clock at the next multiple of 1000 s of CLOCK_MONOTONIC. Coarse timers time out at
+/// rounded times, so such a start makes runs repeatable.
 void start();
 
 /// Handles all events and timers that are due now.

@@ -10,7 +10,7 @@
 #include <cerrno>
 #include <unistd.h>
 
-/// A name from a device, without characters that could control the terminal.
+/// A name that a device reports. Replaces characters that could control the terminal.
 template <size_t size>
 static QString printable(const __u8 (&bytes)[size])
 {

@@ -2,6 +2,6 @@
 
 #include <QString>
 
-/// Lists the capture nodes, each with the extension units of its camera, or says that there are
-/// none.
+/// Describes each capture node and the extension units of its camera, or says that no camera was
+/// found. Also reports nodes that cannot be opened.
 QString listCameras();

@@ -39,7 +39,7 @@ CameraPanel::CameraPanel(SimulatedCamera &camera)
     layout->addLayout(settings);
     layout->addLayout(faults);
 
-    // Also emitted in the thread of the transfers; the slot runs in this one.
+    // Transfers emit this in their own thread; the slot runs in this one.
     connect(&camera, &SimulatedCamera::statusChanged, this, &CameraPanel::showStatus);
     showStatus();
 }

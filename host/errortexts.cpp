@@ -23,7 +23,8 @@ constexpr const char *checkUnit = "Check the unit: --list-cameras shows the unit
 constexpr Error errors[] = {
     {EACCES, "EACCES", "you do not have access to the camera",
      "Add the user to the group \"video\" and log in again."},
-    {EPERM, "EPERM", "it is not permitted", "A container needs access to the camera."},
+    {EPERM, "EPERM", "access is not permitted",
+     "If this program runs in a container, give the container access to the camera."},
     {ENOENT, "ENOENT", "there is no such node, unit or control",
      "--list-cameras shows the cameras and their units."},
     {ENODEV, "ENODEV", "the camera was unplugged", "Plug it into the same port again."},
@@ -82,9 +83,9 @@ QString refusalText(const QString &node, const CameraRefusal &refusal)
     case CameraRefusal::CannotOpen:
         return transferError("Opening " + node, refusal.error);
     case CameraRefusal::ReplacedCamera:
-        return node + " is another camera now.";
+        return node + " now belongs to another camera.";
     case CameraRefusal::NoCaptureNode:
-        return node + " is not a capture node; --list-cameras shows those.";
+        return node + " is not a capture node. --list-cameras shows the capture nodes.";
     case CameraRefusal::NoUnit:
         return node + " has no extension unit with the controls 7 and 8; its units: " + units;
     case CameraRefusal::SeveralUnits:
@@ -97,7 +98,7 @@ QString refusalText(const QString &node, const CameraRefusal &refusal)
     case CameraRefusal::NoInfo:
         return transferError(control + ": GET_INFO", refusal.error);
     case CameraRefusal::NotOffered:
-        return control + ": the camera does not offer that.";
+        return control + ": the camera does not support it.";
     }
     return {};
 }

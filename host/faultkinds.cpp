@@ -8,29 +8,29 @@
 
 const std::array<FaultKind, Fault::Count> faultKinds = {{
     {"delay=0..10000", "Delay", " ms",
-     "Each transfer takes this long.\nA good panel stays usable, sends the last choice of every "
-     "setting, and no control jumps back."},
+     "Each transfer takes this long.\nA good panel stays usable, its last choice of each setting "
+     "reaches the camera, and no control jumps back."},
     {"errno=EIO|EPIPE|EPROTO|EBUSY|EINVAL|ENOBUFS|ETIMEDOUT|ENODEV", "Error", nullptr,
-     "Each transfer fails with this error.\nA good panel stays as it is; its host reports the "
-     "error once and reads less often."},
+     "Each transfer fails with this error.\nA good panel does not change; its host shows the "
+     "error and reads less often."},
     {"short=0..59", "Short block", " bytes",
-     "The status block ends after this many bytes.\nA good panel ignores the settings that are "
-     "missing."},
+     "The status block ends after this many bytes.\nA good panel ignores missing settings, or "
+     "takes them as 0."},
     {"no-answer", "No answer", nullptr,
-     "The camera answers neither reads nor commands.\nA good panel is collapsed at the start; "
-     "later it stays as it is and stays usable."},
+     "The camera answers neither reads nor commands.\nAt the start a good panel shows only its "
+     "title row; later it does not change and stays usable."},
     {"random", "Random", nullptr,
-     "Every status block holds random bytes.\nA good panel ignores unknown values, follows the "
+     "Each status block contains random bytes.\nA good panel ignores unknown values, follows the "
      "others, and sends nothing back."},
     {"refuse-writes", "Refuse writes", nullptr,
      "The camera reports its status and refuses every command.\nA good panel follows the status "
-     "and does not repeat the command."},
+     "and does not repeat the commands."},
     {"unplugged", "Unplugged", nullptr,
-     "The camera is disconnected until you clear this.\nA good panel stays as it is. When the "
-     "camera is back, it follows the camera and sends nothing by itself."},
+     "The camera is disconnected until you clear this.\nA good panel does not change. When the "
+     "camera is back, the panel follows it and sends nothing by itself."},
     {"changes-itself", "Changes itself", nullptr,
-     "The camera changes a setting now and then, as with a remote control.\nA good panel follows "
-     "and sends nothing back."},
+     "The camera changes a setting now and then, as if by its remote control.\nA good panel "
+     "follows and sends nothing back."},
 }};
 
 QVector<int> faultChoices(int fault)

@@ -25,7 +25,7 @@ QString describe(const CameraCondition &condition)
     if (condition.read == CameraCondition::unknown)
         return "The camera has not answered yet.";
     if (condition.read == ENODEV)
-        return "The camera is disconnected. What you choose now is not sent later.";
+        return "The camera is disconnected. Changes that you make now will not be sent.";
     if (condition.read != 0)
         return "The camera is failing. " + transferError("Reading control 8", condition.read);
     if (condition.write != 0)

@@ -10,7 +10,8 @@ constexpr int textPoints = 9; ///< font size of everything except the panel's ti
 /// The application's font in the size `points`.
 QFont font(int points = textPoints);
 
-/// Gives the application a dark palette, the style Fusion, and the font of the panel's title.
+/// Gives the application a dark palette, the style Fusion, and a font of the size of the panel's
+/// title.
 void applyDark();
 
 } // namespace Look

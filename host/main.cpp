@@ -30,8 +30,8 @@ using namespace std::chrono_literals;
 constexpr int failed = 1;
 constexpr int badArguments = 2;
 
-/// When a screenshot is taken. One second after set-up the panel asks a silent camera again; the
-/// switches have then stopped sliding.
+/// Delay of a screenshot without a tour. If the camera is silent, the panel retries after one
+/// second; then its switches need time to slide.
 constexpr auto settleTime = 1500ms;
 
 int complain(const QString &sentence, int status = failed)
@@ -56,7 +56,7 @@ std::shared_ptr<Camera> openCamera(const Options &options, QString *error)
     return camera;
 }
 
-/// Writes the screenshot, if one is wanted, and ends the event loop.
+/// Writes the screenshot if the user asked for one, and ends the event loop.
 void finish(const Options &options, QWidget &window, bool agreed)
 {
     const bool written = options.screenshot.isEmpty() || window.grab().save(options.screenshot);
@@ -97,7 +97,8 @@ int showPanel(const Options &options, const PluginFile &plugin,
     } else if (!options.screenshot.isEmpty()) {
         QTimer::singleShot(settleTime, &window, [&] { finish(options, window, true); });
     }
-    // Closing the window early must not end an unfinished tour with exit status 0.
+    // If the window is closed early, the host must not exit with status 0 before the tour or the
+    // screenshot is done.
     QApplication::setQuitOnLastWindowClosed(!options.tour && options.screenshot.isEmpty());
     const int status = QApplication::exec();
     window.hide();
@@ -127,7 +128,7 @@ int runHost(const Options &options)
 
 int main(int argc, char *argv[])
 {
-    // QString::fromLocal8Bit() needs the locale, which only an application object would set.
+    // QString::fromLocal8Bit() needs the locale. Qt sets it only with an application object.
     std::setlocale(LC_ALL, "");
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
@@ -136,7 +137,7 @@ int main(int argc, char *argv[])
     if (!options.error.isEmpty())
         return complain(options.error, badArguments);
 
-    // Hides the arguments from Qt, which would take some of them for its own.
+    // Hide the arguments from Qt, which would interpret some of them.
     argc = 1;
     if (options.help || options.version || options.listCameras) {
         const QCoreApplication application(argc, argv);

@@ -20,7 +20,9 @@ void addOptions(QCommandLineParser &parser)
          "Initial status bytes of the simulated camera: reserved, tracking, type, mode, "
          "composition, each 0 to 255. Default: 0,1,0,1,0.",
          "b0,b1,b2,b3,b4", "0,1,0,1,0"},
-        {"fault", "Give the simulated camera a fault. Repeatable. One of " + faultUsage() + '.',
+        {"fault",
+         "Give the simulated camera a fault. May be given several times. One of " + faultUsage() +
+             '.',
          "name[=value]"},
         {"camera", "Use the real camera at this node, such as /dev/video0.", "node"},
         {"unit",
@@ -44,7 +46,7 @@ void addOptions(QCommandLineParser &parser)
         "[PLUGIN]");
 }
 
-/// Returns what the user should have written; empty if `text` is valid.
+/// Returns a description of valid input, or an empty string if `text` is valid.
 QString readStatus(const QString &text, TrackingProtocol::Status &status)
 {
     const QStringList bytes = text.split(',');
@@ -57,7 +59,7 @@ QString readStatus(const QString &text, TrackingProtocol::Status &status)
     return ok ? QString() : "five numbers from 0 to 255, separated by commas";
 }
 
-/// A sentence about options that cannot be combined; empty if there are none.
+/// Says in a sentence which arguments do not go together; empty if all do.
 QString conflict(const QCommandLineParser &parser)
 {
     for (const char *const name : {"unit", "read-only"}) {

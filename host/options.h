@@ -8,7 +8,7 @@
 /// The host's command line.
 struct Options
 {
-    QString plugin;   ///< the plug-in's file; empty: PluginFile::defaultPath()
+    QString plugin;   ///< file of the plug-in; empty: PluginFile::defaultPath()
     int language = 1; ///< the setting "language": 1 English, 0 Chinese
     QString camera;   ///< node of a real camera; empty: use the simulated one
     int unit = 0;     ///< number of the real camera's extension unit; 0: find it

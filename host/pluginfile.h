@@ -16,12 +16,12 @@ struct PluginFile
     /// Loads the plug-in in the file `path`. Checks its metadata before any of its code runs.
     static PluginFile load(const QString &path);
 
-    /// Why this host cannot use a plug-in with this metadata: it implements another interface, or
-    /// needs another version of Qt. Empty if there is no problem.
+    /// Why this host cannot use a plug-in with this metadata: the plug-in implements another
+    /// interface, or needs another version of Qt. Empty if the host can use it.
     static QString interfaceProblem(const QJsonObject &metaData);
     static QString versionProblem(const QJsonObject &metaData);
 
-    /// The plug-in supplied with this program: in the program's folder, in the build's plug-in
-    /// folder or in the installed one.
+    /// The file of the plug-in supplied with this program. Looks in the program's folder, then
+    /// where the build puts it, then where it is installed.
     static QString defaultPath();
 };

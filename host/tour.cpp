@@ -21,14 +21,15 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto checkInterval = 50ms;
-/// How many checks in a row must find no difference. They take longer than a switch slides (100
-/// ms), during which it ignores presses, and than the title row's pause between two presses (200
-/// ms). Counted, because slides only end while the event loop runs.
+/// A step ends after this many checks in a row without a difference. They take 250 ms, which covers
+/// the slide of a switch (100 ms), during which it ignores presses, and the title row's pause after
+/// a press (200 ms). Counts instead of measuring time, because slides end only while the event loop
+/// runs.
 constexpr int checksToAgree = 5;
-/// The first poll comes about four seconds after set-up.
+/// Limit for a step with a fast camera. The first poll comes about four seconds after set-up.
 constexpr auto longestStep = 6s;
-/// How many transfers a step may wait for: a read in progress, the old and the new value of two
-/// settings, and two reads.
+/// A step may wait for this many transfers: a read in flight, the old and the new value of two
+/// settings, and two more reads.
 constexpr int transfersPerStep = 7;
 /// Limit for the first transfer.
 constexpr auto longestTransfer = 10s;
@@ -138,7 +139,7 @@ void Tour::beginNextStep()
 
 void Tour::checkStep()
 {
-    // A frozen window is about to change its layout.
+    // While the window is frozen, its layout is not final.
     if (!m_window.updatesEnabled())
         return;
     const QString found = difference();
@@ -176,7 +177,7 @@ bool Tour::press(const QString &name)
     return true;
 }
 
-// What differs from the step's expectation; empty if nothing does.
+// Says what differs from the step's expectation; empty if nothing does.
 QString Tour::difference() const
 {
     if (!m_camera)

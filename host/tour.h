@@ -22,9 +22,9 @@ class Tour : public QObject
 {
     Q_OBJECT
 public:
-    /// Starts with the next turn of the event loop. `window` holds the panel and the host's button
-    /// "pb_reset", and must be visible by then. Without a simulated camera (null), the tour skips
-    /// the steps that change it. All three must outlive the tour.
+    /// Starts when the event loop runs. `window` contains the panel and the host's button
+    /// "pb_reset", and must be visible by then. If `simulated` is null, the tour skips the steps
+    /// that change the camera. The arguments must outlive the tour.
     Tour(SimulatedCamera *simulated, CommandChannel &channel, QWidget &window);
 
 Q_SIGNALS:
@@ -46,7 +46,7 @@ private:
     QElapsedTimer m_sinceStep;
     StallMeter m_stalls;
     int m_step = -1;       ///< -1: waiting for the first status
-    int m_agreed = 0;      ///< checks since the last difference
+    int m_agreed = 0;      ///< number of checks since the last difference
     qint64 m_slowest = -1; ///< longest transfer so far in ms; -1: none has ended
     /// The camera's state: the last status read, and the commands that succeeded since.
     std::optional<TrackingProtocol::Status> m_camera;

@@ -12,8 +12,8 @@ constexpr int maximumRows = 10000;
 constexpr const char *titles[TraceModel::Count] = {
     "Time", "Duration", "Direction", "Request", "Selector", "Meaning", "Result", "First bytes"};
 
-/// Whether a status read shows nothing that the one before it did not show. While a camera fails,
-/// some reads are not sent.
+/// Whether a status read brings nothing new. After a failed read, a read that was not sent does
+/// not.
 bool isRepeat(const Transfer &read, const Transfer &previous)
 {
     const bool sameResult = read.outcome == previous.outcome && read.error == previous.error;
@@ -110,7 +110,7 @@ QByteArray TraceModel::changes(const Transfer &transfer)
     if (transfer.bytes.isEmpty())
         return {};
     QByteArray kind = QByteArray::number(transfer.direction);
-    if (!transfer.isStatusRead()) // Compare commands with those for the same setting.
+    if (!transfer.isStatusRead()) // Compare a command with the last one for the same setting.
         kind += transfer.bytes.mid(TrackingProtocol::commandOffset, 1);
     const QByteArray before = m_lastOfKind.value(kind, transfer.bytes);
     m_lastOfKind[kind] = transfer.bytes;

@@ -8,13 +8,14 @@
 #include <deque>
 
 /// The transfers of a session, the newest last. A status read that brings nothing new is counted in
-/// the row of the one before it. Keeps the newest 10,000 rows.
+/// the row of the previous one. Keeps the newest 10,000 rows.
 class TraceModel : public QAbstractTableModel
 {
     Q_OBJECT
 public:
     enum Column { Time, Duration, Direction, Request, Control, Meaning, Result, Bytes, Count };
-    /// Role of a QByteArray: 1 for each byte that changed since the last transfer of its kind.
+    /// Role of a QByteArray with a 1 for each byte that differs from the previous transfer of the
+    /// same kind, else a 0.
     static constexpr int ChangedBytes = Qt::UserRole;
 
     int rowCount(const QModelIndex &parent = {}) const override;

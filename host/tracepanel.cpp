@@ -23,7 +23,7 @@ namespace {
 
 constexpr QRgb changedColor = 0xFFFF7A94;
 
-/// The widest usual text of each column.
+/// The widest text that each column usually shows.
 constexpr const char *widest[TraceModel::Count] = {
     "00:00:00.000",
     "5000 ms",
@@ -123,7 +123,7 @@ void TracePanel::addTools(QHBoxLayout &tools)
     filter->setClearButtonEnabled(true);
     connect(filter, &QLineEdit::textChanged, &m_rows, &QSortFilterProxyModel::setFilterFixedString);
     auto *copy = new QPushButton("Copy");
-    copy->setToolTip("Copy the selected rows, or all rows that are shown");
+    copy->setToolTip("Copy the selected rows. Without a selection, copy all rows that are shown");
     connect(copy, &QPushButton::clicked, this, &TracePanel::copy);
     auto *save = new QPushButton("Save...");
     save->setToolTip("Save the rows that are shown, one JSON object per line");

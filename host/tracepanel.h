@@ -17,7 +17,7 @@ public:
 
     TraceModel &trace() { return m_trace; }
 
-    /// Wide enough for the longest texts.
+    /// Wide enough for the usual texts of all columns.
     QSize sizeHint() const override;
 
 private:
@@ -31,5 +31,5 @@ private:
     QSortFilterProxyModel m_rows; ///< those that contain the filter's text
     QTableView *m_table;
     int m_wantedWidth = 0;
-    bool m_follows = true; ///< whether the last row was visible
+    bool m_follows = true; ///< whether new rows scroll into view
 };

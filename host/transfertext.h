@@ -5,7 +5,7 @@
 struct Transfer;
 
 QString directionText(const Transfer &transfer); ///< "get", "set", "event"; empty if unknown
-QString requestText(const Transfer &transfer);   ///< "Extension"; the number of an unknown request
+QString requestText(const Transfer &transfer);   ///< "Extension"; a number if unknown
 QString resultText(const Transfer &transfer);    ///< "ok", "EIO", "superseded", "not sent"
 
 /// The first bytes in hexadecimal, enough for the header, the length and the value of a command.

@@ -1,6 +1,6 @@
 # m24_add_settings_panel(<target> [<source>...]): adds the module of a settings panel. It exports only
-# Qt's two entry points, so that panels cannot interfere with each other. It is never unmapped:
-# meta-types, timers and accessibility factories may outlive the host's unloading.
+# Qt's two entry points, so that panels cannot interfere with each other. It stays mapped, because its
+# meta-types, timers and accessibility factories may be used after the host has unloaded it.
 function(m24_add_settings_panel target)
     set(exports ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/settingspanel.map)
     add_library(${target} MODULE ${ARGN})
@@ -11,8 +11,8 @@ function(m24_add_settings_panel target)
 endfunction()
 
 # m24_add_panel_checks(<target> [SKIP <check>...]): runs each check of orvcheck on the panel as a test
-# "<target>.<check>". Call it after enable_testing() or include(CTest), with a generator for a single
-# configuration. `orvcheck --list` names the checks.
+# "<target>.<check>". Call it after enable_testing() or include(CTest). Needs a generator for a single
+# configuration. `orvcheck --list` prints the names of the checks.
 function(m24_add_panel_checks target)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SKIP")
     if(TARGET orvcheck)
@@ -20,13 +20,13 @@ function(m24_add_panel_checks target)
     elseif(M24_ORVCHECK)
         set(checker ${M24_ORVCHECK})
     else()
-        message(WARNING "There is no orvcheck, so ${target} is not checked. Set M24_ORVCHECK.")
+        message(WARNING "orvcheck was not found, so ${target} is not checked. Set M24_ORVCHECK to its path.")
         return()
     endif()
     set(panel $<TARGET_FILE:${target}>)
     list(TRANSFORM arg_SKIP PREPEND "--skip=" OUTPUT_VARIABLE skip)
     list(JOIN skip " " skip)
-    # ctest reads the list of checks, because a checker of this build does not exist until then.
+    # ctest gets the list of checks, because a checker from this build does not exist yet.
     set(tests ${CMAKE_CURRENT_BINARY_DIR}/${target}-checktests.cmake)
     configure_file(${CMAKE_CURRENT_FUNCTION_LIST_DIR}/m24_tracking-checktests.cmake.in ${tests}.in @ONLY)
     file(GENERATE OUTPUT ${tests} INPUT ${tests}.in)

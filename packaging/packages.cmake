@@ -8,7 +8,7 @@ set(components plugin programs development)
 find_program(HELP2MAN help2man REQUIRED)
 find_program(GZIP gzip REQUIRED)
 
-# compress(<output> <input>): without name and time, as Debian requires.
+# compress(<output> <input>): compresses a file without its name and time, as Debian requires.
 function(compress output input)
     add_custom_command(OUTPUT ${output} COMMAND ${GZIP} -n9c ${input} > ${output}
         DEPENDS ${input} VERBATIM)
@@ -86,7 +86,7 @@ set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-# Independent of the umask.
+# Do not depend on the umask.
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 include(CPack)

@@ -14,8 +14,8 @@
 #include <umockdev.h>
 #include <utility>
 
-/// A camera made by umockdev: a capture node, a metadata node, and the controls of unit 4. Requests
-/// are answered in a thread of umockdev while the caller waits.
+/// A camera made by umockdev: a capture node, a metadata node, and the controls of unit 4. Answers
+/// requests in a thread of umockdev while the caller waits.
 struct MockCamera
 {
     struct Control
@@ -38,7 +38,7 @@ struct MockCamera
     }
     ~MockCamera() { unplug(); }
 
-    /// Adds the nodes /dev/video<number> and the next one, always at the same port.
+    /// Adds the nodes /dev/video<number> and /dev/video<number + 1>, always at the same port.
     void plugIn(int number)
     {
         captureNode = "/dev/video" + QByteArray::number(number);
@@ -65,7 +65,7 @@ struct MockCamera
     }
 
     std::map<int, Control> controls = {{7, {}}, {8, {60, 1}}};
-    std::map<int, int> replies; ///< to UVC_SET_CUR and so on; negative: errno; 0: as a driver
+    std::map<int, int> replies; ///< to a request such as UVC_SET_CUR; negative: errno; 0: as usual
     int writes = 0;             ///< number of commands, including failed ones
     QByteArray written;         ///< the last command that succeeded
 
@@ -77,7 +77,7 @@ private:
     {
         const QByteArray text = "P: " + device + '\n' + properties + '\n';
         if (!umockdev_testbed_add_from_string(testbed.get(), text, nullptr))
-            qFatal("umockdev does not understand:\n%s", text.constData());
+            qFatal("umockdev rejects this device:\n%s", text.constData());
         devices << device;
     }
 

@@ -24,7 +24,7 @@ struct Channel
 {
     Channel() { camera->setValue(TrackingProtocol::Type, 9); }
 
-    /// The words in the trace for a request.
+    /// Makes a request and returns what the trace says about it.
     QString request(int kind, const QVariant &record)
     {
         QSignalSpy transfers(&channel, &CommandChannel::transferred);
@@ -50,26 +50,26 @@ class TestChannel : public Test
     Q_OBJECT
 
 private Q_SLOTS:
-    // Direction, control, length, bytes, and a fault of the camera.
+    // Each request: direction, control, length, bytes (or -), fault of the camera.
     void transfers()
     {
         const struct
         {
-            const char *request, *words, *status = "0001090100"; // the camera's afterwards
+            const char *request, *words, *status = "0001090100"; // of the camera, afterwards
         } rows[] = {
             {"get 8 0", "tracking on, type 9 (unknown), mode Standard, composition off: ok"},
             {"get 8 0 - short=3", "only 3 bytes, tracking on, type 9 (unknown): ok"},
             {"get 8 0 - no-answer", "no answer: ETIMEDOUT"},
             {"get 8 0 - delay=30",
              "tracking on, type 9 (unknown), mode Standard, composition off: ok"},
-            {"get 7 0", "refused: control 7 is not for this: not sent"},
+            {"get 7 0", "refused: wrong control 7: not sent"},
             {"set 7 60 FF5305040100", "Tracking: off: ok", "0000090100"},
             {"set 7 60 FF5305100102", "Type: Board: ok", "0001020100"},
             {"set 7 60 FF5305070102", "Mode: Sport: ok", "0001090200"},
             {"set 7 60 FF5305130103 delay=30", "Composition: Bodies: ok", "0001090103"},
             {"set 7 60 FF5305130103 errno=EPROTO", "Composition: Bodies: EPROTO"},
             {"set 7 60 FF5305130103 refuse-writes", "Composition: Bodies: EPIPE"},
-            {"set 8 60 FF5305040100", "refused: control 8 is not for this: not sent"},
+            {"set 8 60 FF5305040100", "refused: wrong control 8: not sent"},
             {"set 7 255 FF5305040100", "refused: 255 bytes instead of 60: not sent"},
             {"set 7 60 FF5306040100", "refused: the header is not FF 53 05: not sent"},
             {"set 7 60 FF5305050100", "refused: unknown command 0x05: not sent"},
@@ -162,7 +162,7 @@ private Q_SLOTS:
         const Transfer board = channel.traced;
         choose(window.findChild<QComboBox *>("fault_errno"), "EIO");
         QVERIFY(read().contains("Reading control 8 failed: EIO"));
-        read(); // is not sent, after a failure
+        read(); // not sent, because the last read failed
         const QStringList rows = copied();
         QCOMPARE(rows.size(), 3);
         QCOMPARE(rows[0].section('\t', 2),

@@ -4,7 +4,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
-/// Runs orvcheck on panels that each have one fault, and on sound ones.
+/// Runs orvcheck on panels with one fault each, and on panels without faults.
 class TestCheck : public Test
 {
     Q_OBJECT
@@ -12,20 +12,20 @@ class TestCheck : public Test
     QProcess m_checker;
     QTemporaryDir m_folder;
 
-    /// What orvcheck prints on standard output. m_checker keeps its exit status and errors.
+    /// Runs orvcheck and returns its standard output. m_checker keeps its exit status and errors.
     QString check(const QStringList &arguments, const QString &fault = {})
     {
         auto environment = QProcessEnvironment::systemEnvironment();
         environment.insert("FAULT", fault);
         if (fault == "hangs")
             environment.insert("ORVCHECK_TIME_LIMIT", "3");
-        environment.remove("ASAN_OPTIONS"); // these slow down programs
+        environment.remove("ASAN_OPTIONS"); // the options of the tests slow down orvcheck
         m_checker.setProcessEnvironment(environment);
         m_checker.start(ORVCHECK, arguments);
         return m_checker.waitForFinished(120000) ? m_checker.readAllStandardOutput() : "no end";
     }
 
-    /// A copy of the fixture in which `before` is replaced. Both have the same length.
+    /// Copies the fixture and replaces `before` with `after`, which must have the same length.
     QString patched(const QByteArray &before, const QByteArray &after)
     {
         QFile source(FIXTURE);
@@ -97,7 +97,7 @@ private Q_SLOTS:
         QVERIFY2(printed.contains("\nFAILED          " + failed) && printed.contains(came),
                  qPrintable(printed));
         QCOMPARE(m_checker.exitCode(), 1);
-        if (failed == "random-use") // the same seed repeats the run
+        if (failed == "random-use") // the same seed must repeat the run
             QCOMPARE(check(arguments, fault), printed);
     }
 

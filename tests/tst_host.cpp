@@ -31,7 +31,7 @@ struct Host
     QString output; ///< complete after exitCode()
 };
 
-/// The different results in a trace, or its first line that is not a complete JSON object.
+/// The different results in a trace. If a line is not a complete JSON object, that line.
 QString resultsIn(const QString &trace)
 {
     QFile file(trace);
@@ -110,7 +110,7 @@ private Q_SLOTS:
         const QString picture = folder.filePath("tour.png");
         const QString slowTrace = folder.filePath("slow");
         const QString unpluggedTrace = folder.filePath("unplugged");
-        // Both take several seconds, most of which they wait.
+        // Run both at the same time. Each takes several seconds, mostly waiting.
         Host slow({"--tour", "--fault", "delay=20", "--status", "0,0,1,2,3", "--screenshot",
                    picture, "--trace", slowTrace});
         Host unplugged(

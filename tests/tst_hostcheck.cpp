@@ -13,7 +13,7 @@
 
 using namespace std::chrono_literals;
 
-/// Loads orv_hostcheck in hosts that each have one fault: exactly the line for that fault fails.
+/// Loads orv_hostcheck in hosts that each have one fault. Only the line for that fault must fail.
 class TestHostCheck : public Test
 {
     Q_OBJECT
@@ -58,7 +58,8 @@ private Q_SLOTS:
             {"inserts twice", "failed: insertWidget.*call 2"},
             {"never shows", "not yet seen: insertWidget.*\nnot yet seen: A frozen window.*"},
             {"resets before", "failed: resetToDefault.*"},
-            {"stores in a thread, ends", "failed: Every call.*getCurrentParams came on another"},
+            {"stores in a thread, ends",
+             "failed: Every call.*getCurrentParams came on another thread"},
             {"keeps frozen", "failed: A frozen window.*"},
         };
         for (const auto &[host, expected] : rows)

@@ -32,7 +32,7 @@ struct HeldCamera : Camera
         return error;
     }
 
-    std::atomic<int> state{1}; ///< each byte of the blocks
+    std::atomic<int> state{1}; ///< value of the blocks' bytes
     std::atomic<int> error{0};
     std::atomic<int> begun{0};           ///< number of transfers
     std::atomic<int> allowed{unlimited}; ///< number of transfers that may end
@@ -40,7 +40,7 @@ struct HeldCamera : Camera
     QElapsedTimer sinceLast;
 };
 
-/// A queue with such a camera, and what it reported.
+/// A queue with a held camera. Records what the queue reports.
 struct HeldQueue
 {
     explicit HeldQueue(TransferQueue::Access access = TransferQueue::ReadWrite)
@@ -58,7 +58,7 @@ struct HeldQueue
         queue.sendCommand(QByteArray("\xFF\x53\x05") + char(setting) + '\1' +
                           QByteArray(55, char(value)));
     }
-    /// The bytes of the block; 0: no answer.
+    /// Returns the value of the block's bytes; 0: no answer.
     int read() { return queue.readStatus().leftJustified(1, '\0').at(0); }
 
     void hold() { camera->allowed = camera->begun.load(); }
@@ -76,7 +76,7 @@ struct HeldQueue
     }
 
     std::shared_ptr<HeldCamera> camera = std::make_shared<HeldCamera>();
-    QStringList said; // outlives the queue, which reports until its end
+    QStringList said; // outlives the queue, which still reports in its destructor
     TransferQueue queue;
 };
 
@@ -149,7 +149,7 @@ private Q_SLOTS:
             QCOMPARE(held.read(), 0); // also while the fourth read is in flight
             QTest::qWait(5);
         }
-        QVERIFY(held.camera->pause >= 999); // after half a second, a second
+        QVERIFY(held.camera->pause >= 999); // the first pause is 0.5 s, the second 1 s
         QVERIFY(held.said.contains("get  not sent"));
         QCOMPARE(held.queue.condition().read, EIO);
         held.release(EIO);
@@ -168,14 +168,14 @@ private Q_SLOTS:
         QSignalSpy conditions(&held.queue, &TransferQueue::conditionChanged);
         held.hold();
         held.send(0x10, 1);
-        held.send(0x07, 2); // is dropped
+        held.send(0x07, 2); // waits, and fails with the first one
         held.release(ENODEV);
         QTRY_COMPARE(held.said.join(", "), "set Type: Hand ENODEV, event disconnected ENODEV, "
                                            "set Mode: Sport ENODEV");
         held.send(0x04, 1);
         QCOMPARE(held.said.last(), "set Tracking: on ENODEV");
         QCOMPARE(held.camera->begun, 1);
-        held.camera->error = EIO; // is back, but cannot be used yet
+        held.camera->error = EIO; // back, but not usable yet
         QCOMPARE(held.read(), 0);
         QTRY_COMPARE(held.said.last(), "get  EIO");
         QCOMPARE(held.queue.condition().read, ENODEV);
@@ -183,7 +183,7 @@ private Q_SLOTS:
         held.release();
         QTRY_VERIFY(held.read() != 0);
         QCOMPARE(held.said.filter("event").join(", "), "event disconnected ENODEV, event back ok");
-        QCOMPARE(held.queue.condition().write, 0); // forgets the failed command
+        QCOMPARE(held.queue.condition().write, 0); // the failed command is forgotten
         held.send(0x04, 0);
         QTRY_COMPARE(held.said.last(), "set Tracking: off ok");
     }
@@ -224,7 +224,7 @@ private Q_SLOTS:
             held.queue.finish();
             QCOMPARE(held.said.join(", "), QString(said));
 
-            // An abandoned transfer reports nothing, and nothing follows it.
+            // The end of an abandoned transfer is not reported, and no other transfer begins.
             const int begun = held.camera->begun;
             held.said.clear();
             held.release();

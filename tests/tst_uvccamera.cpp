@@ -43,7 +43,7 @@ private Q_SLOTS:
                                  unit(6, "c000").replace(21, 1, "\x9") + more.chopped(1);
         const struct
         {
-            const char *refusal; // a part of it
+            const char *refusal; // part of the refusal's text
             QByteArray descriptors = oneUnit;
             const char *node = "video0";
             int unit = 0;

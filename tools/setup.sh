@@ -15,8 +15,8 @@ show() {
     fi
 }
 
-# show_progress <log>: copies its input to the log and shows the progress of apt and ninja. The line
-# "failed!" reports a failure, because an exit status does not pass through a pipe.
+# show_progress <log>: copies its input to the log and shows the progress of apt and ninja. Fails if the
+# input has the line "failed!", because an exit status does not pass through a pipe.
 show_progress() {
     trap '' INT # after Ctrl-C apt finishes its current step and still writes
     outcome=0
@@ -75,9 +75,9 @@ install_missing() {
     logged packages apt_install $missing
 }
 
-# Report apt's status on descriptor 3, not on stdout: apt 3 closes the status descriptor for the
-# packages' scripts, which then could not print. The inner shell opens it because sudo closes all
-# descriptors above 2.
+# apt reports its status on descriptor 3, not on stdout: apt 3 closes the status descriptor in packages'
+# scripts, which could not print otherwise. The inner shell opens descriptor 3, because sudo closes all
+# above 2.
 apt_install() {
     as_root apt-get update -qq -o APT::Status-Fd=1 &&
         as_root sh -c 'DEBIAN_FRONTEND=noninteractive exec apt-get install -y -qq \
