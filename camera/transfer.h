@@ -1,5 +1,7 @@
 #pragma once
 
+#include "trackingprotocol.h"
+
 #include <QByteArray>
 #include <QDateTime>
 #include <QMetaType>
@@ -26,7 +28,10 @@ struct Transfer
     QDateTime time = QDateTime::currentDateTime(); ///< when it began
     qint64 duration = 0;                           ///< ms
 
-    bool isStatusRead() const { return selector != 0 && direction == Get; }
+    bool isStatusRead() const
+    {
+        return direction == Get && selector == TrackingProtocol::statusSelector;
+    }
 };
 
 Q_DECLARE_METATYPE(Transfer)

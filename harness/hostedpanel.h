@@ -48,7 +48,7 @@ struct HostedPanel : PanelWindow
         if (step.contains(':')) {
             control->setFocus(Qt::TabFocusReason);
             const auto keys = int(QKeySequence(step.section(':', 0, 0))[0]);
-            QKeyEvent event(QEvent::KeyPress, keys & ~Qt::KeyboardModifierMask,
+            QKeyEvent event(QEvent::KeyPress, int(keys & ~Qt::KeyboardModifierMask),
                             Qt::KeyboardModifiers(keys & Qt::KeyboardModifierMask));
             QCoreApplication::sendEvent(control, &event);
         } else {

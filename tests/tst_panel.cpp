@@ -160,7 +160,7 @@ private Q_SLOTS:
         std::memcpy(table.data(), &count, sizeof count);
         QByteArray expected = table;
         if (left >= 0) {
-            const float remaining = float(left);
+            const auto remaining = float(left);
             std::memcpy(expected.data(), &remaining, sizeof remaining);
             expected.replace(4 + 16 * left, 16, QByteArray(16, '\0'));
         }
