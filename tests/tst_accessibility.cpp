@@ -59,6 +59,8 @@ private Q_SLOTS:
         auto &composition = interfaceOf(hosted->ui().sw_picture_mode);
         QCOMPARE(title.actionInterface()->actionNames(), QStringList({"Press", "SetFocus"}));
         QCOMPARE(composition.actionInterface()->actionNames(), QStringList({"Toggle", "SetFocus"}));
+        QCOMPARE(composition.actionInterface()->keyBindingsForAction("Toggle"),
+                 QStringList("Space"));
         composition.actionInterface()->doAction("Toggle");
         QVERIFY(!composition.state().checked && composition.state().checkable);
         QCOMPARE(composition.childCount(), 0);
