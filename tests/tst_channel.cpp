@@ -18,6 +18,7 @@
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTemporaryDir>
+#include <QToolButton>
 
 /// A channel to a simulated camera with an unknown type.
 struct Channel
@@ -184,7 +185,11 @@ private Q_SLOTS:
         QFile file(folder.filePath("rows"));
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), toJsonLine(board));
-        QTest::qWait(200); // Qt leaks the animation of a clear button that is still fading in
+        // Qt leaks the animation of a clear button that is still fading in.
+        QTRY_COMPARE(
+            window.findChild<QLineEdit *>()->findChild<QToolButton *>()->property("opacity"),
+            QVariant(1.0));
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 };
 
