@@ -11,6 +11,7 @@ class QPressFrame : public QFrame
     Q_OBJECT
 
 public:
+    /// Draws nothing until a style sheet gives it a background or a border.
     explicit QPressFrame(QWidget *parent);
 
     /// \name Reserved

@@ -12,6 +12,7 @@ class Slider : public QWidget
     Q_OBJECT
 
 public:
+    /// White, with a diameter of 0 until setSize().
     explicit Slider(QWidget *parent);
 
     /// Sets the knob's diameter in pixels. The switch calls this at every layout. Default: 0.
