@@ -46,6 +46,7 @@ struct HostedPanel : PanelWindow
         if (!control || !control->isVisible())
             return false;
         if (step.contains(':')) {
+            control->window()->setAttribute(Qt::WA_KeyboardFocusChange); // as Tab does
             control->setFocus(Qt::TabFocusReason);
             const auto keys = int(QKeySequence(step.section(':', 0, 0))[0]);
             QKeyEvent event(QEvent::KeyPress, int(keys & ~Qt::KeyboardModifierMask),

@@ -88,6 +88,7 @@ private:
     void installCatalog();
     void connectControls();
     void makeControlsAccessible();
+    void setUpKeyboard();
     void scaleForScreen();
     void applyTrackingStatus(const ExtensionUnit &reply);
     void retryStatusRead();

@@ -3,6 +3,7 @@
 #include "accessibility.h"
 #include "choices.h"
 #include "controltrackingplugin.h"
+#include "focusframe.h"
 #include "objectscaling.h"
 #include "panelplacement.h"
 
@@ -47,6 +48,22 @@ void clickSilently(QButtonGroup *group, QAbstractButton *button)
     button->click();
 }
 
+// Qt does this only when a button of the group gets the focus.
+void letTabReachChecked(const QButtonGroup &group)
+{
+    const auto buttons = group.buttons();
+    for (QAbstractButton *const button : buttons) {
+        const auto take = [button, buttons](bool checked) {
+            for (QAbstractButton *const other : buttons) {
+                if (checked)
+                    other->setFocusPolicy(other == button ? Qt::StrongFocus : Qt::ClickFocus);
+            }
+        };
+        QObject::connect(button, &QAbstractButton::toggled, button, take);
+        take(button->isChecked());
+    }
+}
+
 } // namespace
 
 void ControlTrackingPlugin::insertWidget(QWidget *container)
@@ -54,6 +71,7 @@ void ControlTrackingPlugin::insertWidget(QWidget *container)
     installCatalog();
     ui->setupUi(this);
     makeControlsAccessible();
+    setUpKeyboard();
     connectControls();
     PanelPlacement::insertFirst(this, container);
 
@@ -86,8 +104,12 @@ void ControlTrackingPlugin::installCatalog()
     const auto load = [this, catalog](const QString &locale) {
         const QString none = QLatin1String("");
         const QString file = QStringLiteral(":/Plugins/%1_%2.qm").arg(name(), locale);
-        if (catalog->load(file, none, none, none))
-            QCoreApplication::installTranslator(catalog);
+        if (!catalog->load(file, none, none, none))
+            return;
+        // Qt derives the direction from the translators again.
+        const Qt::LayoutDirection direction = QGuiApplication::layoutDirection();
+        QCoreApplication::installTranslator(catalog);
+        QGuiApplication::setLayoutDirection(direction);
     };
     const QString chinese = QStringLiteral("zh_CN");
     load(language == englishLanguage ? QStringLiteral("en_US") : chinese);
@@ -131,6 +153,18 @@ void ControlTrackingPlugin::makeControlsAccessible()
     };
     nameGroup(ui->buttonGroup, ui->label_tracking_type);
     nameGroup(ui->buttonGroup_mode, ui->label_tracking_mode);
+}
+
+void ControlTrackingPlugin::setUpKeyboard()
+{
+    new FocusFrame(*this);
+    // Otherwise Enter in a dialog's line edit presses the first button.
+    const auto buttons = findChildren<QPushButton *>();
+    for (QPushButton *const button : buttons)
+        button->setAutoDefault(false);
+    for (const QButtonGroup *const group :
+         {ui->buttonGroup, ui->buttonGroup_mode, ui->buttonGroup_picture_mdoe})
+        letTabReachChecked(*group);
 }
 
 void ControlTrackingPlugin::scaleForScreen()

@@ -3,7 +3,11 @@
 #include "virtualtime.h"
 
 #include <QAccessible>
+#include <QDialog>
+#include <QDialogButtonBox>
 #include <QFocusFrame>
+#include <QLineEdit>
+#include <QSignalSpy>
 
 static QAccessibleInterface &interfaceOf(QWidget *widget)
 {
@@ -75,29 +79,108 @@ private Q_SLOTS:
         QVERIFY(hosted->ui().frame_spliter->isHidden());
     }
 
-    // Tab reaches all visible rows. A star is a focus frame, for widgets that draw no focus of
-    // their own; the first has none, since it did not get the focus by key.
-    void tabOrder()
+    // Tab reaches all visible rows, and the checked button of each group. A star is the focus
+    // frame: it follows a key, not a click.
+    void keyboardFocus()
     {
         open("0001000100");
         QApplication::setActiveWindow(&hosted->window);
-        const auto frames = [this] {
-            return hosted->window.findChildren<QFocusFrame *>().size();
+        const auto focused = [this] {
+            QWidget *const widget = QApplication::focusWidget();
+            const auto *const frame = hosted->window.findChild<QFocusFrame *>();
+            const bool framed = frame && frame->isVisible() && frame->widget() == widget;
+            return (widget ? widget->objectName() : "nothing") + (framed ? "* " : " ");
         };
-        QString order;
-        for (int i = 0; i < 6; ++i) {
-            QWidget *const focused = QApplication::focusWidget();
-            QVERIFY(focused);
-            order += focused->objectName() + (frames() == 0 ? " " : "* ");
-            QTest::keyClick(focused, Qt::Key_Tab);
-        }
-        QCOMPARE(order,
-                 "frame_title sw_title* rb_normal rb_normal_mode sw_picture_mode* frame_title* ");
-        QCOMPARE(QApplication::focusWidget(), hosted->ui().sw_title);
-        QTest::mouseClick(hosted->ui().frame_title, Qt::LeftButton);
-        QCOMPARE(QApplication::focusWidget(), hosted->ui().sw_title);
+        const auto tab = [&](int times, Qt::Key key = Qt::Key_Tab) {
+            QString order;
+            for (int i = 0; i < times; ++i) {
+                QTest::keyClick(QApplication::focusWidget(), key);
+                order += focused();
+            }
+            return order;
+        };
+        QCOMPARE(focused(), "frame_title ");
+        QTest::mouseClick(hosted->ui().rb_hand, Qt::LeftButton);
+        QTest::mouseClick(hosted->ui().sw_title, Qt::LeftButton);
+        VirtualTime::advance(std::chrono::milliseconds(300));
+        QCOMPARE(focused(), "frame_title "); // Qt moved the focus: the button is hidden
+        QTest::mouseClick(hosted->ui().sw_title, Qt::LeftButton);
+        VirtualTime::advance(std::chrono::milliseconds(300));
+        QCOMPARE(tab(1, Qt::Key_Backtab), "rb_normal_mode* ");
+
+        open("0001010200");
+        QApplication::setActiveWindow(&hosted->window);
+        QCOMPARE(tab(4), "sw_title* rb_hand* rb_sport* frame_title* ");
+        hosted->host.status = QByteArray::fromHex("0001000200");
+        PanelInternals::poll(*hosted->panel);
+        QCOMPARE(tab(4), "sw_title* rb_normal* rb_sport* sw_picture_mode* ");
         delete hosted->panel;
-        QCOMPARE(frames(), 0);
+        QVERIFY(!hosted->window.findChild<QFocusFrame *>());
+    }
+
+    // The whole frame is in sight and differs from any background, also where the title row fills
+    // its window.
+    void focusFrame()
+    {
+        open();
+        hosted->container->layout()->setContentsMargins({});
+        hosted->window.layout()->setContentsMargins({});
+        QApplication::setActiveWindow(&hosted->window);
+        hosted->window.setAttribute(Qt::WA_KeyboardFocusChange);
+        const QWidgetList controls{hosted->ui().frame_title, hosted->ui().rb_sport};
+        for (QWidget *const control : controls) {
+            hosted->window.setFocus();
+            control->setFocus();
+            VirtualTime::advance(std::chrono::milliseconds(100));
+            const auto *const frame = hosted->window.findChild<QFocusFrame *>();
+            const QImage window = hosted->window.grab().toImage();
+            const QRect outside = frame->geometry();
+            for (const QPoint corner : {outside.topLeft(), outside.bottomRight()}) {
+                QCOMPARE(window.pixelColor(corner), QColor(Qt::black));
+                const QPoint inward = corner == outside.topLeft() ? QPoint(1, 1) : QPoint(-1, -1);
+                QCOMPARE(window.pixelColor(corner + inward), QColor(Qt::white));
+            }
+        }
+    }
+
+    // Enter belongs to the dialog, except on a title row that shows the focus frame.
+    void enterInDialog()
+    {
+        open();
+        QDialog dialog;
+        QDialogButtonBox box(QDialogButtonBox::Ok);
+        QLineEdit edit;
+        auto *const layout = new QVBoxLayout(&dialog);
+        layout->addWidget(hosted->container);
+        layout->addWidget(&edit);
+        dialog.show();
+        QApplication::setActiveWindow(&dialog);
+        hosted->host.takeRequests();
+        QTest::keyClick(&edit, Qt::Key_Return);
+        QVERIFY(hosted->host.takeRequests().isEmpty());
+
+        dialog.hide();
+        layout->addWidget(&box);
+        connect(&box, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+        QSignalSpy accepted(&dialog, &QDialog::accepted);
+        dialog.show();
+        QTest::mouseClick(hosted->ui().rb_hand, Qt::LeftButton);
+        hosted->host.takeRequests();
+        const QWidgetList ignoring{&edit, hosted->ui().frame_title};
+        for (QWidget *const focused : ignoring) {
+            dialog.show();
+            focused->setFocus();
+            accepted.clear();
+            QTest::keyClick(focused, Qt::Key_Return);
+            QCOMPARE(accepted.size(), 1);
+        }
+        dialog.show();
+        dialog.setAttribute(Qt::WA_KeyboardFocusChange);
+        QTest::keyClick(hosted->ui().frame_title, Qt::Key_Return);
+        QCOMPARE(accepted.size(), 1);
+        QVERIFY(hosted->ui().frame_spliter->isHidden());
+        QVERIFY(hosted->host.takeRequests().isEmpty());
+        hosted->container->setParent(&hosted->window);
     }
 };
 

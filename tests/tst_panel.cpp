@@ -79,8 +79,11 @@ private Q_SLOTS:
         delete hosted.panel;
         hosted.panel = new Renamed;
         hosted.host.installIn(*hosted.panel);
+        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
         hosted.insertAndShow();
         QCOMPARE(hosted.ui().label_title->text(), "退路");
+        QCOMPARE(QGuiApplication::layoutDirection(), Qt::RightToLeft); // the host's
+        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
     }
 
     // Each picture that a style sheet names exists, in the panel's resources or the host's.

@@ -4,30 +4,11 @@
 #include "switchbutton.h"
 
 #include <QAccessibleWidget>
-#include <QCommonStyle>
-#include <QFocusFrame>
 #include <QMouseEvent>
-#include <QPointer>
 
 namespace {
 
-/// Draws focus frames above all other widgets, so that the parent does not clip them.
-class FrameStyle : public QCommonStyle
-{
-    Q_OBJECT
-
-public:
-    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-                  QStyleHintReturn *returned) const override
-    {
-        return hint == SH_FocusFrame_AboveWidget
-                   ? 1
-                   : QCommonStyle::styleHint(hint, option, widget, returned);
-    }
-};
-
-/// Presses its widget from the keyboard or assistive technology, and draws a focus frame around it
-/// if the focus came by Tab. Owned by the widget.
+/// Presses its widget from the keyboard or assistive technology. Owned by the widget.
 class Presser : public QObject
 {
     Q_OBJECT
@@ -41,9 +22,6 @@ public:
         widget->setFocusPolicy(Qt::TabFocus);
         widget->installEventFilter(this);
     }
-
-    // The frame is a child of the window, which may outlive the widget.
-    ~Presser() override { delete frame; }
 
     void press()
     {
@@ -61,19 +39,17 @@ public:
 protected:
     bool eventFilter(QObject * /*watched*/, QEvent *event) override
     {
-        if (event->type() == QEvent::KeyPress)
-            return takeKey(*static_cast<QKeyEvent *>(event));
-        if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
-            showFocus(event->type() == QEvent::FocusIn,
-                      static_cast<QFocusEvent *>(event)->reason());
-        return false;
+        return event->type() == QEvent::KeyPress && takeKey(*static_cast<QKeyEvent *>(event));
     }
 
 private:
     bool takeKey(const QKeyEvent &key)
     {
-        const bool enter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
-        const bool mine = key.key() == Qt::Key_Space || (enter && role == QAccessible::Button);
+        // If the user has not moved the focus here by key, Enter is meant for the dialog.
+        const bool enter = (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) &&
+                           role == QAccessible::Button &&
+                           widget->window()->testAttribute(Qt::WA_KeyboardFocusChange);
+        const bool mine = key.key() == Qt::Key_Space || enter;
         if (!mine || (key.modifiers() & ~Qt::KeypadModifier))
             return false;
         // A key that a switch ignores propagates to the press frame behind it. Ignore it there.
@@ -84,24 +60,7 @@ private:
         return true;
     }
 
-    void showFocus(bool focused, Qt::FocusReason reason)
-    {
-        delete frame;
-        // Switching windows or opening a menu does not change how the focus got here.
-        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason)
-            byKey = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason;
-        if (!focused || !byKey)
-            return;
-        frame = new QFocusFrame(widget);
-        auto *const style = new FrameStyle;
-        style->setParent(frame);
-        frame->setStyle(style);
-        frame->setWidget(widget);
-    }
-
     QWidget *const widget;
-    QPointer<QFocusFrame> frame;
-    bool byKey = false;
 };
 
 class AccessiblePress : public QAccessibleWidget

@@ -10,10 +10,9 @@ class SwitchButton;
 /// Call makeAccessible() once per widget, before its accessible interface is created or its
 /// accessible name is set: Qt keeps the first interface.
 ///
-/// The widget then accepts focus by Tab. Space presses it; Enter presses a press frame, too. A
-/// hidden or disabled widget cannot be pressed. A focus frame is visible if the focus came by Tab.
-/// A click does not give the widget focus. But if a click hides the focused control, Qt moves the
-/// focus on as Tab does, and the focus frame appears around the widget that receives it.
+/// The widget then accepts focus by Tab, not by click. Space presses it. Enter presses a press frame
+/// if the user has moved the focus by key in this window, as a FocusFrame shows; otherwise Enter is
+/// left to the dialog. A hidden or disabled widget cannot be pressed.
 
 /// Presents a switch as a check box called `name` with the action "Toggle".
 void makeAccessible(SwitchButton &button, const QString &name);

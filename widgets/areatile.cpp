@@ -49,6 +49,7 @@ AreaTile insertAreaTile(QBoxLayout &row, QWidget &addButton, long startAngle, lo
 
     auto *const remove = new QPushButton(tile);
     remove->setObjectName(QStringLiteral("delete"));
+    remove->setAutoDefault(false);
     remove->setFixedSize(deleteSide, deleteSide);
     remove->setStyleSheet(QLatin1String(deleteStyle));
     remove->move(size.width() - deleteSide - deleteMargin, deleteMargin);
