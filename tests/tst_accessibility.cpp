@@ -6,8 +6,6 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFocusFrame>
-#include <QLineEdit>
-#include <QSignalSpy>
 
 static QAccessibleInterface &interfaceOf(QWidget *widget)
 {
@@ -91,10 +89,10 @@ private Q_SLOTS:
             const bool framed = frame && frame->isVisible() && frame->widget() == widget;
             return (widget ? widget->objectName() : "nothing") + (framed ? "* " : " ");
         };
-        const auto tab = [&](int times, Qt::Key key = Qt::Key_Tab) {
+        const auto tabs = [&] {
             QString order;
-            for (int i = 0; i < times; ++i) {
-                QTest::keyClick(QApplication::focusWidget(), key);
+            for (int i = 0; i < 4; ++i) {
+                QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
                 order += focused();
             }
             return order;
@@ -104,16 +102,13 @@ private Q_SLOTS:
         QTest::mouseClick(hosted->ui().sw_title, Qt::LeftButton);
         VirtualTime::advance(std::chrono::milliseconds(300));
         QCOMPARE(focused(), "frame_title "); // Qt moved the focus: the button is hidden
-        QTest::mouseClick(hosted->ui().sw_title, Qt::LeftButton);
-        VirtualTime::advance(std::chrono::milliseconds(300));
-        QCOMPARE(tab(1, Qt::Key_Backtab), "rb_normal_mode* ");
 
         open("0001010200");
         QApplication::setActiveWindow(&hosted->window);
-        QCOMPARE(tab(4), "sw_title* rb_hand* rb_sport* frame_title* ");
+        QCOMPARE(tabs(), "sw_title* rb_hand* rb_sport* frame_title* ");
         hosted->host.status = QByteArray::fromHex("0001000200");
         PanelInternals::poll(*hosted->panel);
-        QCOMPARE(tab(4), "sw_title* rb_normal* rb_sport* sw_picture_mode* ");
+        QCOMPARE(tabs(), "sw_title* rb_normal* rb_sport* sw_picture_mode* ");
         delete hosted->panel;
         QVERIFY(!hosted->window.findChild<QFocusFrame *>());
     }
@@ -133,12 +128,12 @@ private Q_SLOTS:
             control->setFocus();
             VirtualTime::advance(std::chrono::milliseconds(100));
             const auto *const frame = hosted->window.findChild<QFocusFrame *>();
-            const QImage window = hosted->window.grab().toImage();
-            const QRect outside = frame->geometry();
-            for (const QPoint corner : {outside.topLeft(), outside.bottomRight()}) {
-                QCOMPARE(window.pixelColor(corner), QColor(Qt::black));
-                const QPoint inward = corner == outside.topLeft() ? QPoint(1, 1) : QPoint(-1, -1);
-                QCOMPARE(window.pixelColor(corner + inward), QColor(Qt::white));
+            const QImage seen = hosted->window.grab(frame->geometry()).toImage();
+            for (const int inward : {0, 1}) {
+                const QColor line(inward == 0 ? Qt::black : Qt::white);
+                const QPoint corner = seen.rect().bottomRight() - QPoint(inward, inward);
+                QCOMPARE(seen.pixelColor(inward, inward), line);
+                QCOMPARE(seen.pixelColor(corner), line);
             }
         }
     }
@@ -149,38 +144,21 @@ private Q_SLOTS:
         open();
         QDialog dialog;
         QDialogButtonBox box(QDialogButtonBox::Ok);
-        QLineEdit edit;
         auto *const layout = new QVBoxLayout(&dialog);
         layout->addWidget(hosted->container);
-        layout->addWidget(&edit);
-        dialog.show();
-        QApplication::setActiveWindow(&dialog);
-        hosted->host.takeRequests();
-        QTest::keyClick(&edit, Qt::Key_Return);
-        QVERIFY(hosted->host.takeRequests().isEmpty());
-
-        dialog.hide();
         layout->addWidget(&box);
         connect(&box, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
-        QSignalSpy accepted(&dialog, &QDialog::accepted);
-        dialog.show();
-        QTest::mouseClick(hosted->ui().rb_hand, Qt::LeftButton);
-        hosted->host.takeRequests();
-        const QWidgetList ignoring{&edit, hosted->ui().frame_title};
-        for (QWidget *const focused : ignoring) {
+        QWidget *const title = hosted->ui().frame_title;
+        for (QWidget *const focused : QWidgetList{hosted->ui().rb_hand, title}) {
             dialog.show();
             focused->setFocus();
-            accepted.clear();
             QTest::keyClick(focused, Qt::Key_Return);
-            QCOMPARE(accepted.size(), 1);
+            QVERIFY(dialog.isHidden());
         }
         dialog.show();
         dialog.setAttribute(Qt::WA_KeyboardFocusChange);
-        QTest::keyClick(hosted->ui().frame_title, Qt::Key_Return);
-        QCOMPARE(accepted.size(), 1);
-        QVERIFY(hosted->ui().frame_spliter->isHidden());
-        QVERIFY(hosted->host.takeRequests().isEmpty());
-        hosted->container->setParent(&hosted->window);
+        QTest::keyClick(title, Qt::Key_Return);
+        QVERIFY(dialog.isVisible() && hosted->ui().frame_spliter->isHidden());
     }
 };
 
