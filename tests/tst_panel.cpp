@@ -27,6 +27,26 @@ private Q_SLOTS:
             expectedWarnings.setPattern("The largest allowed size is");
     }
 
+    // Must run first: another catalog would translate the texts, too.
+    void textsFallBackToChinese()
+    {
+        struct Renamed : ControlTrackingPlugin
+        {
+            // The catalog that is asked for first does not exist.
+            QString name() override { return std::exchange(current, "m24_tracking"); }
+            QString current = "missing";
+        };
+        HostedPanel hosted;
+        delete hosted.panel;
+        hosted.panel = new Renamed;
+        hosted.host.installIn(*hosted.panel);
+        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+        hosted.insertAndShow();
+        QCOMPARE(hosted.ui().label_title->text(), "AI跟踪");
+        QCOMPARE(QGuiApplication::layoutDirection(), Qt::RightToLeft); // the host's
+        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+    }
+
     void texts_data()
     {
         QTest::addColumn<QVariant>("language");
@@ -67,25 +87,6 @@ private Q_SLOTS:
         // The only text that the form does not use.
         texts << QCoreApplication::translate("ControlTrackingPlugin", "update");
         QTEST(texts.join('|'), "texts");
-    }
-
-    void textsFallBackToChinese()
-    {
-        struct Renamed : ControlTrackingPlugin
-        {
-            // The catalog that is asked for first does not exist.
-            QString name() override { return std::exchange(current, "m24_tracking"); }
-            QString current = "missing";
-        };
-        HostedPanel hosted;
-        delete hosted.panel;
-        hosted.panel = new Renamed;
-        hosted.host.installIn(*hosted.panel);
-        QGuiApplication::setLayoutDirection(Qt::RightToLeft);
-        hosted.insertAndShow();
-        QCOMPARE(hosted.ui().label_title->text(), "AI跟踪");
-        QCOMPARE(QGuiApplication::layoutDirection(), Qt::RightToLeft); // the host's
-        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
     }
 
     // Each picture that a style sheet names exists, in the panel's resources or the host's.
