@@ -3,13 +3,12 @@
 #include "virtualtime.h"
 
 #include <QGridLayout>
-#include <QResource>
 
 #include <cstring>
 #include <limits>
 #include <utility>
 
-/// The panel's texts, pictures, place in the host, commands and area tiles. Runs at several pixel
+/// The panel's texts, place in the host, commands and area tiles. Runs at several pixel
 /// densities.
 class TestPanel : public Test
 {
@@ -87,22 +86,6 @@ private Q_SLOTS:
         // The only text that the form does not use.
         texts << QCoreApplication::translate("ControlTrackingPlugin", "update");
         QTEST(texts.join('|'), "texts");
-    }
-
-    // Each picture that a style sheet names exists, in the panel's resources or the host's.
-    void pictures()
-    {
-        HostedPanel hosted;
-        hosted.insertAndShow();
-        hosted.panel->insertUnLimitArea(-30, 30);
-        const auto widgets = hosted.panel->findChildren<QWidget *>();
-        for (const QWidget *widget : widgets) {
-            const auto parts = widget->styleSheet().split("url(").mid(1);
-            for (const QString &part : parts) {
-                const QString file = part.section(')', 0, 0);
-                QVERIFY2(QResource(file).isValid(), qPrintable(file));
-            }
-        }
     }
 
     // The panel is first in a box layout and last in any other. A container without a layout gets a
