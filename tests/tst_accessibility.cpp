@@ -59,7 +59,6 @@ private Q_SLOTS:
         open();
         auto &title = interfaceOf(hosted->ui().frame_title);
         auto &composition = interfaceOf(hosted->ui().sw_picture_mode);
-        QCOMPARE(title.actionInterface()->actionNames(), QStringList({"Press", "SetFocus"}));
         QCOMPARE(composition.actionInterface()->actionNames(), QStringList({"Toggle", "SetFocus"}));
         QCOMPARE(composition.actionInterface()->keyBindingsForAction("Toggle"),
                  QStringList("Space"));

@@ -15,6 +15,8 @@
 
 namespace {
 
+using namespace std::chrono_literals;
+
 /// The middle row and the middle column of a label of 27 x 27 pixels: '#' for the guide line, 'x'
 /// for anything else. Arcs show at their ends.
 QString guideOf(BgLineLabel &label)
@@ -36,26 +38,27 @@ QString guideOf(BgLineLabel &label)
     return row + ' ' + column;
 }
 
-/// What presses do: a 'c' for each click. The last click deletes the widget.
+/// A '.' for each press with the left button, a 'c' for each click. The third click deletes the
+/// widget.
 template <typename Clickable, typename Signal>
-QString clicksOf(Clickable *widget, Signal clicked)
+QString clicksOf(Signal clicked)
 {
-    const QPointer<Clickable> alive(widget);
+    const QPointer<Clickable> widget(new Clickable(nullptr));
     QString counted;
-    QObject::connect(widget, clicked, [&counted] { counted += 'c'; });
-    const auto press = [&](int after, Qt::MouseButton button = Qt::LeftButton) {
-        VirtualTime::now += std::chrono::milliseconds(after);
+    QObject::connect(widget, clicked, [&] {
+        counted += 'c';
+        if (counted.count('c') == 3)
+            delete widget;
+    });
+    // An ignored press starts the interval, too. The clock may be set back.
+    for (const auto pause : {0ms, 150ms, 199ms, 200ms, -5000ms, 200ms}) {
+        VirtualTime::now += pause - 1ms;
+        QTest::mousePress(widget, Qt::RightButton); // neither clicks nor starts the interval
+        VirtualTime::now += 1ms;
         counted += '.';
-        QTest::mousePress(widget, button);
-    };
-    for (const int after : {0, 150, 199}) // an ignored press starts the interval, too
-        press(after);
-    press(100, Qt::RightButton);
-    press(100); // 200 ms after the last left press
-    press(-5000);
-    QObject::connect(widget, clicked, [widget] { delete widget; });
-    press(200);
-    return counted + (alive ? "" : " deleted");
+        QTest::mousePress(widget, Qt::LeftButton);
+    }
+    return counted + (widget ? "" : " deleted");
 }
 
 class LoadingButton : public QToolButton
@@ -81,11 +84,6 @@ private Q_SLOTS:
         int rgb[3];
         QCursor::setPos(120, 120);
         QTRY_VERIFY(pickScreenColor(rgb) && rgb[0] == 12 && rgb[1] == 34 && rgb[2] == 56);
-        if (QGuiApplication::platformName() == QLatin1String("offscreen")) {
-            QCursor::setPos(20, 20); // this platform has no pixels outside windows
-            QVERIFY(!pickScreenColor(rgb));
-            QCOMPARE(rgb[0], 12);
-        }
     }
 
     void pictureFiles()
@@ -162,9 +160,9 @@ private Q_SLOTS:
     void presses()
     {
         VirtualTime::start();
-        const QString due(".c....c..c deleted");
-        QCOMPARE(clicksOf(new QPressFrame(nullptr), &QPressFrame::clicked), due);
-        QCOMPARE(clicksOf(new PixmapDisplay, &PixmapDisplay::onClick), due);
+        const QString due(".c...c..c deleted");
+        QCOMPARE(clicksOf<QPressFrame>(&QPressFrame::clicked), due);
+        QCOMPARE(clicksOf<PixmapDisplay>(&PixmapDisplay::onClick), due);
         QPressFrame frame(nullptr);
         frame.setFrameStyle(QFrame::Box | QFrame::Plain); // must not be drawn
         QCOMPARE(frame.grab().toImage().pixelColor(0, 0), frame.palette().color(QPalette::Window));
