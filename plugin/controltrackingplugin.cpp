@@ -18,14 +18,9 @@ template <int payloadSize>
 QSharedPointer<M24_Extension> describe(CommandId command, int defaultValue,
                                        quint8 (&payload)[payloadSize])
 {
-    return QSharedPointer<M24_Extension>::create(M24_Extension{setControl,
-                                                               getControl,
-                                                               defaultValue,
-                                                               payloadSize,
-                                                               {0xFF, 0x53, 0x05, command},
-                                                               1,
-                                                               payload,
-                                                               nullptr});
+    const M24_Extension setting{
+        setControl, getControl, defaultValue, payloadSize, {0xFF, 0x53, 0x05, command}, 1, payload};
+    return QSharedPointer<M24_Extension>::create(setting);
 }
 
 // SetStatus() on a sliding switch would only undo blockNextSignal(). If a status read started the

@@ -92,7 +92,6 @@ private:
     void scaleForScreen();
     void applyTrackingStatus(const ExtensionUnit &reply);
     void retryStatusRead();
-    void startPolling();
     void pollTrackingStatus();
     QWidget *host();
 

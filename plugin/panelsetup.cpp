@@ -88,7 +88,7 @@ void ControlTrackingPlugin::insertWidget(QWidget *container)
 
     pollTimer->setInterval(pollInterval);
     connect(pollTimer.data(), &QTimer::timeout, this, &ControlTrackingPlugin::pollTrackingStatus);
-    QTimer::singleShot(pollDelay, this, &ControlTrackingPlugin::startPolling);
+    QTimer::singleShot(pollDelay, pollTimer.data(), qOverload<>(&QTimer::start));
 }
 
 void ControlTrackingPlugin::installCatalog()
@@ -215,11 +215,6 @@ void ControlTrackingPlugin::retryStatusRead()
     ui->frame_limit_title->hide();
     ui->frame_limit_setting_spliter->hide();
     updateSpliter(host(), ui->frame_spliter, false);
-}
-
-void ControlTrackingPlugin::startPolling()
-{
-    pollTimer->start();
 }
 
 void ControlTrackingPlugin::pollTrackingStatus()

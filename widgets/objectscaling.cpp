@@ -18,11 +18,6 @@ int truncated(int length, double factor)
     return static_cast<int>(length * factor);
 }
 
-QSize rounded(const QSize &size, double factor)
-{
-    return {qRound(size.width() * factor), qRound(size.height() * factor)};
-}
-
 void scaleLimits(QWidget &widget, double factor)
 {
     if (widget.minimumWidth() != 0)
@@ -45,7 +40,7 @@ void scaleIcon(QWidget &widget, double factor)
     else if (name == QLatin1String("QPushButton"))
         button = qobject_cast<QPushButton *>(&widget);
     if (button)
-        button->setIconSize(rounded(button->iconSize(), factor));
+        button->setIconSize(button->iconSize() * factor);
 }
 
 } // namespace
@@ -58,8 +53,8 @@ void Talsen::updateObjectSize(QObject &object, double factor, int resizeSelf)
         return;
     widget->setGeometry(truncated(widget->x(), factor), truncated(widget->y(), factor),
                         truncated(widget->width(), factor), truncated(widget->height(), factor));
-    widget->setMinimumSize(rounded(widget->minimumSize(), factor));
-    widget->setMaximumSize(rounded(widget->maximumSize(), factor));
+    widget->setMinimumSize(widget->minimumSize() * factor);
+    widget->setMaximumSize(widget->maximumSize() * factor);
 }
 
 void Talsen::changeObjectSizeInner(const QObject &object, double factor)

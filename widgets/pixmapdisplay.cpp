@@ -1,7 +1,7 @@
 #include "pixmapdisplay.h"
 
-#include <QDateTime>
-#include <QMouseEvent>
+#include "pressinterval.h"
+
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyle>
@@ -153,16 +153,11 @@ void PixmapDisplay::resizeEvent(QResizeEvent *event)
 
 void PixmapDisplay::mousePressEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::LeftButton) {
-        const qint64 now = QDateTime::currentMSecsSinceEpoch();
-        const bool due = now - lastClickTime >= clickInterval;
-        lastClickTime = now;
-        if (due) {
-            const QPointer<PixmapDisplay> self(this);
-            Q_EMIT onClick();
-            if (!self)
-                return;
-        }
+    if (isClick(*event, lastPressTime)) {
+        const QPointer<PixmapDisplay> self(this);
+        Q_EMIT onClick();
+        if (!self)
+            return;
     }
     QWidget::mousePressEvent(event);
 }

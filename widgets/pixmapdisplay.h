@@ -105,8 +105,7 @@ private:
     int roundCorner = 0;
     bool loadingHidden = false;
     QColor background = Qt::transparent;
-    qint64 lastClickTime = 0;
-    qint64 clickInterval = 200;
+    qint64 lastPressTime = 0; // ms since the epoch
     QRect animRect;
     QPointer<QVariantAnimation> animation;
 };

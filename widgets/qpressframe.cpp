@@ -1,7 +1,7 @@
 #include "qpressframe.h"
 
-#include <QDateTime>
-#include <QMouseEvent>
+#include "pressinterval.h"
+
 #include <QPointer>
 
 QPressFrame::QPressFrame(QWidget *parent)
@@ -32,16 +32,11 @@ void QPressFrame::setBackgroundPix(const QString & /*path*/, Qt::Alignment align
 
 void QPressFrame::mousePressEvent(QMouseEvent *event)
 {
-    if (event->button() == Qt::LeftButton) {
-        const qint64 now = QDateTime::currentMSecsSinceEpoch();
-        const bool counts = now - lastPressTime >= pressInterval;
-        lastPressTime = now;
-        if (counts) {
-            const QPointer<QPressFrame> alive(this);
-            Q_EMIT clicked();
-            if (!alive)
-                return;
-        }
+    if (isClick(*event, lastPressTime)) {
+        const QPointer<QPressFrame> alive(this);
+        Q_EMIT clicked();
+        if (!alive)
+            return;
     }
     QWidget::mousePressEvent(event);
 }

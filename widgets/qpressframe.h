@@ -41,8 +41,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    qint64 lastPressTime = 0;   // ms since the epoch
-    qint64 pressInterval = 200; // ms
+    qint64 lastPressTime = 0; // ms since the epoch
     Qt::Alignment alignment = Qt::AlignCenter;
     int cornerRadius = 0;
 };
