@@ -71,6 +71,8 @@ private Q_SLOTS:
         QCOMPARE(knob->geometry(), QRect(28, 2, 20, 20));
         advance(150ms);
         // A hidden switch is laid out at once; then its knob slides in from the far left.
+        button.resize(QSize(60, 30));
+        QCOMPARE(knob->geometry(), QRect(32, 2, 26, 26));
         button.setFixedSize(QSize(40, 20));
         QCOMPARE(knob->geometry(), QRect(22, 2, 16, 16));
         advance(30ms);
