@@ -148,7 +148,8 @@ private Q_SLOTS:
         layout->addWidget(&box);
         connect(&box, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
         QWidget *const title = hosted->ui().frame_title;
-        for (QWidget *const focused : QWidgetList{hosted->ui().rb_hand, title}) {
+        for (QWidget *const focused :
+             std::initializer_list<QWidget *>{hosted->ui().rb_hand, title}) {
             dialog.show();
             focused->setFocus();
             QTest::keyClick(focused, Qt::Key_Return);

@@ -192,8 +192,6 @@ void SwitchButton::change(bool on)
 {
     idle = false;
     status = on;
-    if (!QAccessible::isActive())
-        return;
     QAccessible::State changed;
     changed.checked = true;
     QAccessibleStateChangeEvent event(this, changed);
