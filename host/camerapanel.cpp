@@ -4,20 +4,25 @@
 #include "faultkinds.h"
 #include "simulatedcamera.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
 
 using namespace TrackingProtocol;
 
-/// Adds a column with a box below its title.
+/// Adds a titled box, in rows of four.
 static QComboBox *addBox(QGridLayout &grid, const QString &title)
 {
+    constexpr int boxesPerRow = 4;
     auto *box = new QComboBox;
-    const int column = grid.columnCount();
-    grid.addWidget(new QLabel(title), 0, column);
-    grid.addWidget(box, 1, column);
-    grid.setColumnStretch(column, 1);
+    auto *label = new QLabel(title);
+    label->setBuddy(box);
+    const int place = grid.count() / 2;
+    const int column = 2 * (place % boxesPerRow);
+    grid.addWidget(label, place / boxesPerRow, column);
+    grid.addWidget(box, place / boxesPerRow, column + 1);
+    grid.setColumnStretch(column + 1, 1);
     return box;
 }
 
@@ -25,19 +30,17 @@ CameraPanel::CameraPanel(SimulatedCamera &camera)
     : QGroupBox("Simulated camera")
     , m_camera(camera)
 {
-    auto *settings = new QGridLayout;
+    auto *grid = new QGridLayout(this);
+    grid->setHorizontalSpacing(fontMetrics().averageCharWidth() * 2);
     for (const Field field : settingFields) {
-        auto *box = addBox(*settings, fieldName(field));
+        auto *box = addBox(*grid, fieldName(field));
         m_values.at(field) = box;
         connect(box, QOverload<int>::of(&QComboBox::activated), this, [this, box, field] {
             m_camera.setValue(field, static_cast<quint8>(box->currentData().toInt()));
         });
     }
-    auto *faults = new QGridLayout;
-    addFaults(*faults);
-    auto *layout = new QVBoxLayout(this);
-    layout->addLayout(settings);
-    layout->addLayout(faults);
+    addFaults(*grid);
+    grid->setRowStretch(grid->rowCount(), 1);
 
     // Transfers emit this in their own thread; the slot runs in this one.
     connect(&camera, &SimulatedCamera::statusChanged, this, &CameraPanel::showStatus);
@@ -72,14 +75,18 @@ void CameraPanel::showStatus()
     const SimulatedCamera::Status status = m_camera.status();
     for (const Field field : settingFields) {
         const quint8 current = status.at(field);
-        QVector<quint8> offered = knownValues(field);
-        // Offer an unknown value only while the camera has it.
-        if (!offered.contains(current))
-            offered += current;
         QComboBox *const box = m_values.at(field);
-        box->clear();
-        for (const quint8 value : qAsConst(offered))
-            box->addItem(valueName(field, value), value);
-        box->setCurrentIndex(offered.indexOf(current));
+        const QVector<quint8> known = knownValues(field);
+        for (int i = box->count(); i < known.size(); ++i)
+            box->addItem(valueName(field, known[i]), known[i]);
+        // Offer an unknown value only while the camera has it. Keep the entries of an open list,
+        // from which the user is choosing.
+        if (box->findData(current) < 0)
+            box->addItem(valueName(field, current), current);
+        box->setCurrentIndex(box->findData(current));
+        for (int i = box->count() - 1; i >= known.size() && !box->view()->isVisible(); --i) {
+            if (i != box->currentIndex())
+                box->removeItem(i);
+        }
     }
 }
