@@ -6,10 +6,22 @@
 
 #include <QAbstractItemView>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QGridLayout>
 #include <QLabel>
 
 using namespace TrackingProtocol;
+
+/// Translates the name of a setting or value.
+static QString inWindowLanguage(const QString &text)
+{
+    static constexpr const char *list =
+        QT_TRANSLATE_NOOP("Transfer", "Tracking;Type;Mode;Composition;"
+                                      "tracking;type;mode;composition;off;on;Basic;Hand;Board;"
+                                      "Standard;Sport;Half Body;Full Body;Bodies");
+    const int index = QString(list).split(';').indexOf(text);
+    return index < 0 ? text : QCoreApplication::translate("Transfer", list).split(';').value(index);
+}
 
 /// Adds a titled box, in rows of four.
 static QComboBox *addBox(QGridLayout &grid, const QString &title)
@@ -27,13 +39,13 @@ static QComboBox *addBox(QGridLayout &grid, const QString &title)
 }
 
 CameraPanel::CameraPanel(SimulatedCamera &camera)
-    : QGroupBox("Simulated camera")
+    : QGroupBox(tr("Simulated camera"))
     , m_camera(camera)
 {
     auto *grid = new QGridLayout(this);
     grid->setHorizontalSpacing(fontMetrics().averageCharWidth() * 2);
     for (const Field field : settingFields) {
-        auto *box = addBox(*grid, fieldName(field));
+        auto *box = addBox(*grid, inWindowLanguage(fieldName(field)));
         m_values.at(field) = box;
         connect(box, QOverload<int>::of(&QComboBox::activated), this, [this, box, field] {
             m_camera.setValue(field, static_cast<quint8>(box->currentData().toInt()));
@@ -56,11 +68,11 @@ void CameraPanel::addFaults(QGridLayout &grid)
         values.prepend(noFault);
         if (!values.contains(current))
             values += current;
-        auto *box = addBox(grid, kind.title);
-        box->setToolTip(kind.explanation);
+        auto *box = addBox(grid, QCoreApplication::translate("FaultKind", kind.title));
+        box->setToolTip(QCoreApplication::translate("FaultKind", kind.explanation));
         box->setObjectName("fault_" + QString(kind.usage).section('=', 0, 0));
         for (const int value : qAsConst(values))
-            box->addItem(faultValueName(fault, value), value);
+            box->addItem(inWindowLanguage(faultValueName(fault, value)), value);
         box->setCurrentIndex(values.indexOf(current));
         connect(box, QOverload<int>::of(&QComboBox::activated), this, [this, box, fault] {
             Faults faults = m_camera.faults();
@@ -78,11 +90,11 @@ void CameraPanel::showStatus()
         QComboBox *const box = m_values.at(field);
         const QVector<quint8> known = knownValues(field);
         for (int i = box->count(); i < known.size(); ++i)
-            box->addItem(valueName(field, known[i]), known[i]);
+            box->addItem(inWindowLanguage(valueName(field, known[i])), known[i]);
         // Offer an unknown value only while the camera has it. Keep the entries of an open list,
         // from which the user is choosing.
         if (box->findData(current) < 0)
-            box->addItem(valueName(field, current), current);
+            box->addItem(inWindowLanguage(valueName(field, current)), current);
         box->setCurrentIndex(box->findData(current));
         for (int i = box->count() - 1; i >= known.size() && !box->view()->isVisible(); --i) {
             if (i != box->currentIndex())

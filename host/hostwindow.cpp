@@ -121,20 +121,26 @@ bool HostWindow::eventFilter(QObject *watched, QEvent *event)
     return QWidget::eventFilter(watched, event);
 }
 
-// Qt puts the controls of a new panel at the end of the tab order. Moves what the panel should
-// precede behind it.
+// Qt puts the controls of a new panel at the end of the tab order. Moves the reset button and
+// everything up to the panel behind it.
 void HostWindow::putPanelFirst()
 {
-    QWidget *last = previousInFocusChain();
-    if (!m_panelContainer->isAncestorOf(last))
-        return;
-    QWidget *next = m_reset;
-    while (!m_panelContainer->isAncestorOf(next)) {
-        QWidget *const moved = next;
-        next = next->nextInFocusChain();
-        setTabOrder(last, moved);
-        last = moved;
+    QWidget *last = nullptr;
+    QWidgetList others;
+    for (QWidget *w = m_reset; w != this; w = w->nextInFocusChain()) {
+        // setTabOrder() ignores the rest.
+        if (w->focusPolicy() == Qt::NoFocus)
+            continue;
+        if (m_panelContainer->isAncestorOf(w))
+            last = w;
+        else
+            others.prepend(w);
     }
+    if (!last)
+        return;
+    // Backwards, because setTabOrder() does nothing if one follows the other in the ring.
+    for (QWidget *const other : qAsConst(others))
+        setTabOrder(last, other);
 }
 
 void HostWindow::showCondition()
