@@ -1,6 +1,8 @@
 #include "look.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QPainter>
 #include <QPalette>
 #include <QProxyStyle>
 #include <QStyleOption>
@@ -8,13 +10,25 @@
 
 namespace {
 
-/// Fusion with room around the text of buttons on every screen.
+/// Fusion with room around the text of buttons on every screen, and with a frame around the list
+/// that has the focus.
 class RoomyFusion : public QProxyStyle
 {
 public:
     RoomyFusion()
         : QProxyStyle("fusion")
     {
+    }
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                       const QWidget *widget) const override
+    {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        if (element == PE_Frame && option->state & State_HasFocus &&
+            qobject_cast<const QAbstractItemView *>(widget)) {
+            painter->setPen(QApplication::palette().color(QPalette::Highlight));
+            painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+        }
     }
 
     QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,

@@ -148,19 +148,21 @@ int showPanel(const Options &options, const PluginFile &plugin,
 
 int runHost(const Options &options)
 {
-    const PluginFile plugin =
-        PluginFile::load(options.plugin.isEmpty() ? PluginFile::defaultPath() : options.plugin);
-    if (!plugin.error.isEmpty())
-        return complain(plugin.error);
-
-    if (options.tour && plugin.api->name() != "m24_tracking")
-        return complain("--tour works only with the panel \"AI Tracking\".");
     if (!options.screenshot.isEmpty()) {
         const QString problem = pictureProblem(options.screenshot);
         if (!problem.isEmpty()) {
             return complain(
                 QString("Cannot write the picture \"%1\": %2.").arg(options.screenshot, problem));
         }
+    }
+    const PluginFile plugin =
+        PluginFile::load(options.plugin.isEmpty() ? PluginFile::defaultPath() : options.plugin);
+    if (!plugin.error.isEmpty())
+        return complain(plugin.error);
+
+    if (options.tour && plugin.api->name() != "m24_tracking") {
+        delete plugin.object;
+        return complain("--tour works only with the panel \"AI Tracking\".");
     }
 
     QFile trace(options.trace);

@@ -45,7 +45,8 @@ static QString fileProblem(const QFileInfo &file)
         return content.errorString();
     // Another major version stores the metadata differently, so look for the library it needs.
     static const QRegularExpression qtLibrary("libQt([0-9])Core\\.so");
-    const QRegularExpressionMatch match = qtLibrary.match(QString::fromLatin1(content.readAll()));
+    const QByteArray bytes = content.readAll();
+    const auto match = qtLibrary.match(QString::fromLatin1(bytes.constData(), bytes.size()));
     if (match.hasMatch() && match.captured(1).toInt() != QT_VERSION_MAJOR)
         return QString("it is built for Qt %1, and this is Qt %2")
             .arg(match.captured(1), qVersion());
