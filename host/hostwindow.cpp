@@ -141,6 +141,9 @@ void HostWindow::putPanelFirst()
     // Backwards, because setTabOrder() does nothing if one follows the other in the ring.
     for (QWidget *const other : qAsConst(others))
         setTabOrder(last, other);
+    // If the window was active before it had a panel, Qt has given the focus to the button.
+    if (m_reset->hasFocus() && !testAttribute(Qt::WA_KeyboardFocusChange))
+        setFocus();
 }
 
 void HostWindow::showCondition()

@@ -3,6 +3,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace {
 
 class Handle : public QSplitterHandle
@@ -36,13 +38,14 @@ protected:
 
     void paintEvent(QPaintEvent * /*event*/) override
     {
-        const int length = fontMetrics().height() * 2;
+        // With the focus, the grip is a bright line along the whole handle.
         const bool acrossX = orientation() == Qt::Horizontal;
+        const int along = acrossX ? height() : width();
+        const int length = hasFocus() ? along : std::min(along, fontMetrics().height() * 2);
         QRect grip(0, 0, acrossX ? width() / 3 : length, acrossX ? length : height() / 3);
         grip.moveCenter(rect().center());
-        QPainter painter(this);
-        painter.fillRect(hasFocus() ? rect() : grip,
-                         palette().color(hasFocus() ? QPalette::Highlight : QPalette::Mid));
+        QPainter(this).fillRect(grip,
+                                palette().color(hasFocus() ? QPalette::Highlight : QPalette::Mid));
     }
 };
 
