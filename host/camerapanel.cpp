@@ -4,7 +4,6 @@
 #include "faultkinds.h"
 #include "simulatedcamera.h"
 
-#include <QAbstractItemView>
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QGridLayout>
@@ -88,17 +87,16 @@ void CameraPanel::showStatus()
     for (const Field field : settingFields) {
         const quint8 current = status.at(field);
         QComboBox *const box = m_values.at(field);
+        // Change the entries in place: the user may be choosing from the open list.
         const QVector<quint8> known = knownValues(field);
         for (int i = box->count(); i < known.size(); ++i)
             box->addItem(inWindowLanguage(valueName(field, known[i])), known[i]);
-        // Offer an unknown value only while the camera has it. Keep the entries of an open list,
-        // from which the user is choosing.
         if (box->findData(current) < 0)
             box->addItem(inWindowLanguage(valueName(field, current)), current);
         box->setCurrentIndex(box->findData(current));
-        for (int i = box->count() - 1; i >= known.size() && !box->view()->isVisible(); --i) {
-            if (i != box->currentIndex())
-                box->removeItem(i);
-        }
+        // Offer an unknown value only while the camera has it.
+        const int offered = known.size() + (known.contains(current) ? 0 : 1);
+        while (box->count() > offered)
+            box->removeItem(known.size());
     }
 }

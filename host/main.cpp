@@ -64,9 +64,7 @@ std::shared_ptr<Camera> openCamera(const Options &options, QString *error)
 /// Prints `text` on standard output. Returns the exit status.
 int print(const QString &text)
 {
-    const QByteArray bytes = text.toLocal8Bit();
-    const size_t written = std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
-    if (written == size_t(bytes.size()) && std::fflush(stdout) == 0)
+    if (std::fputs(qPrintable(text), stdout) >= 0 && std::fflush(stdout) == 0)
         return 0;
     return complain(QString("Cannot write to standard output: %1.").arg(qt_error_string()));
 }

@@ -131,6 +131,8 @@ private Q_SLOTS:
         QTest::keyClick(type->view(), Qt::Key_Down);
         camera->setValue(TrackingProtocol::Type, 9);
         QTRY_COMPARE(type->count(), 4);
+        camera->setValue(TrackingProtocol::Type, 0);
+        QTRY_COMPARE(type->count(), 3); // an unknown value is offered only while it lasts
         QTest::keyClick(type->view(), Qt::Key_Return);
         QCOMPARE(camera->status().at(TrackingProtocol::Type), 1);
     }
