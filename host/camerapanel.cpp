@@ -27,6 +27,9 @@ static QComboBox *addBox(QGridLayout &grid, const QString &title)
 {
     constexpr int boxesPerRow = 4;
     auto *box = new QComboBox;
+    // Let a narrow window cut off long values.
+    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    box->setMinimumContentsLength(3);
     auto *label = new QLabel(title);
     label->setBuddy(box);
     const int place = grid.count() / 2;
