@@ -119,8 +119,9 @@ private Q_SLOTS:
         auto *const type = window.findChildren<QComboBox *>().at(1);
         QCOMPARE(type->currentText(), "常规");
         QTest::keyClick(&window, Qt::Key_Backtab);
-        for (QWidget *const next : QWidgetList{panel, window.findChild<QWidget *>("pb_reset"),
-                                               window.findChildren<QComboBox *>().at(0)}) {
+        const QWidgetList order{panel, window.findChild<QWidget *>("pb_reset"),
+                                window.findChildren<QComboBox *>().at(0)};
+        for (QWidget *const next : order) {
             QTest::keyClick(&window, Qt::Key_Tab);
             QCOMPARE(window.focusWidget(), next);
         }
