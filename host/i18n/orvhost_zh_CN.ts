@@ -59,18 +59,6 @@
         <translation>请关闭该程序。</translation>
     </message>
     <message>
-        <source>the camera is in the wrong state for this</source>
-        <translation>摄像头当前的状态不允许此操作</translation>
-    </message>
-    <message>
-        <source>the camera is used for reading only</source>
-        <translation>摄像头以只读方式使用</translation>
-    </message>
-    <message>
-        <source>Start without --read-only.</source>
-        <translation>启动时请不要使用 --read-only。</translation>
-    </message>
-    <message>
         <source>there is no such unit or control</source>
         <translation>该单元或控制项不存在</translation>
     </message>
@@ -101,10 +89,6 @@
     <message>
         <source>the camera does not have enough power</source>
         <translation>摄像头供电不足</translation>
-    </message>
-    <message>
-        <source>Connect it without a hub, or to one with its own power.</source>
-        <translation>请不要通过集线器连接，或改用自带电源的集线器。</translation>
     </message>
     <message>
         <source>the control cannot be used this way</source>
@@ -139,14 +123,6 @@
         <translation>打开 %1 失败：%2</translation>
     </message>
     <message>
-        <source>Control %1 of unit %2 cannot be set: </source>
-        <translation>无法设置单元 %2 的控制项 %1：</translation>
-    </message>
-    <message>
-        <source>Control %1 of unit %2 cannot be read: </source>
-        <translation>无法读取单元 %2 的控制项 %1：</translation>
-    </message>
-    <message>
         <source>The camera was unplugged.</source>
         <translation>摄像头已被拔出。</translation>
     </message>
@@ -167,16 +143,28 @@
         <translation>%1 有多个带控制项 7 和 8 的扩展单元：%2。请用 --unit 选择一个。</translation>
     </message>
     <message>
-        <source>it has %1 bytes, not 60.</source>
-        <translation>它有 %1 字节，而不是 60 字节。</translation>
-    </message>
-    <message>
         <source>it has %1 bytes.</source>
         <translation>它有 %1 字节。</translation>
     </message>
     <message>
         <source>the camera does not support it.</source>
         <translation>摄像头不支持它。</translation>
+    </message>
+    <message>
+        <source>the camera is in the wrong state</source>
+        <translation>摄像头当前的状态不允许此操作</translation>
+    </message>
+    <message>
+        <source>Connect it without a hub, or to a hub with its own power.</source>
+        <translation>请不要通过集线器连接，或改用自带电源的集线器。</translation>
+    </message>
+    <message>
+        <source>Control %1 of unit %2 cannot be set: %3</source>
+        <translation>无法设置单元 %2 的控制项 %1：%3</translation>
+    </message>
+    <message>
+        <source>Control %1 of unit %2 cannot be read: %3</source>
+        <translation>无法读取单元 %2 的控制项 %1：%3</translation>
     </message>
 </context>
 <context>
