@@ -5,39 +5,56 @@
 #include "simulatedcamera.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QGridLayout>
 #include <QLabel>
 
 using namespace TrackingProtocol;
 
-/// Adds a column with a box below its title.
+/// Translates the name of a setting or value.
+static QString inWindowLanguage(const QString &text)
+{
+    static constexpr const char *list =
+        QT_TRANSLATE_NOOP("Transfer", "Tracking;Type;Mode;Composition;"
+                                      "tracking;type;mode;composition;off;on;Basic;Hand;Board;"
+                                      "Standard;Sport;Half Body;Full Body;Bodies");
+    const int index = QString(list).split(';').indexOf(text);
+    return index < 0 ? text : QCoreApplication::translate("Transfer", list).split(';').value(index);
+}
+
+/// Adds a titled box, in rows of four.
 static QComboBox *addBox(QGridLayout &grid, const QString &title)
 {
+    constexpr int boxesPerRow = 4;
     auto *box = new QComboBox;
-    const int column = grid.columnCount();
-    grid.addWidget(new QLabel(title), 0, column);
-    grid.addWidget(box, 1, column);
-    grid.setColumnStretch(column, 1);
+    // Let a narrow window cut off long values.
+    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    box->setMinimumContentsLength(3);
+    auto *label = new QLabel(title);
+    label->setBuddy(box);
+    const int place = grid.count() / 2;
+    const int column = 2 * (place % boxesPerRow);
+    grid.addWidget(label, place / boxesPerRow, column);
+    grid.addWidget(box, place / boxesPerRow, column + 1);
+    grid.setColumnStretch(column + 1, 1);
     return box;
 }
 
 CameraPanel::CameraPanel(SimulatedCamera &camera)
-    : QGroupBox("Simulated camera")
+    : QGroupBox(tr("Simulated camera"))
     , m_camera(camera)
 {
-    auto *settings = new QGridLayout;
+    auto *grid = new QGridLayout(this);
+    grid->setHorizontalSpacing(fontMetrics().averageCharWidth() * 2);
     for (const Field field : settingFields) {
-        auto *box = addBox(*settings, fieldName(field));
+        auto *box = addBox(*grid, inWindowLanguage(fieldName(field)));
         m_values.at(field) = box;
         connect(box, QOverload<int>::of(&QComboBox::activated), this, [this, box, field] {
             m_camera.setValue(field, static_cast<quint8>(box->currentData().toInt()));
         });
     }
-    auto *faults = new QGridLayout;
-    addFaults(*faults);
-    auto *layout = new QVBoxLayout(this);
-    layout->addLayout(settings);
-    layout->addLayout(faults);
+    addFaults(*grid);
+    grid->setRowStretch(grid->rowCount(), 1);
 
     // Transfers emit this in their own thread; the slot runs in this one.
     connect(&camera, &SimulatedCamera::statusChanged, this, &CameraPanel::showStatus);
@@ -53,11 +70,11 @@ void CameraPanel::addFaults(QGridLayout &grid)
         values.prepend(noFault);
         if (!values.contains(current))
             values += current;
-        auto *box = addBox(grid, kind.title);
-        box->setToolTip(kind.explanation);
+        auto *box = addBox(grid, QCoreApplication::translate("FaultKind", kind.title));
+        box->setToolTip(QCoreApplication::translate("FaultKind", kind.explanation));
         box->setObjectName("fault_" + QString(kind.usage).section('=', 0, 0));
         for (const int value : qAsConst(values))
-            box->addItem(faultValueName(fault, value), value);
+            box->addItem(inWindowLanguage(faultValueName(fault, value)), value);
         box->setCurrentIndex(values.indexOf(current));
         connect(box, QOverload<int>::of(&QComboBox::activated), this, [this, box, fault] {
             Faults faults = m_camera.faults();
@@ -72,14 +89,17 @@ void CameraPanel::showStatus()
     const SimulatedCamera::Status status = m_camera.status();
     for (const Field field : settingFields) {
         const quint8 current = status.at(field);
-        QVector<quint8> offered = knownValues(field);
-        // Offer an unknown value only while the camera has it.
-        if (!offered.contains(current))
-            offered += current;
         QComboBox *const box = m_values.at(field);
-        box->clear();
-        for (const quint8 value : qAsConst(offered))
-            box->addItem(valueName(field, value), value);
-        box->setCurrentIndex(offered.indexOf(current));
+        // Change the entries in place: the user may be choosing from the open list.
+        const QVector<quint8> known = knownValues(field);
+        for (int i = box->count(); i < known.size(); ++i)
+            box->addItem(inWindowLanguage(valueName(field, known[i])), known[i]);
+        if (box->findData(current) < 0)
+            box->addItem(inWindowLanguage(valueName(field, current)), current);
+        box->setCurrentIndex(box->findData(current));
+        // Offer an unknown value only while the camera has it.
+        const int offered = known.size() + (known.contains(current) ? 0 : 1);
+        while (box->count() > offered)
+            box->removeItem(known.size());
     }
 }

@@ -8,10 +8,10 @@
 /// How a fault is presented to the user.
 struct FaultKind
 {
-    const char *usage; ///< form on the command line: "delay=0..10000"
-    const char *title; ///< in the window
-    const char *unit;  ///< unit of the values; null if they are not numbers
-    const char *explanation;
+    const char *usage;       ///< form on the command line: "delay=0..10000"
+    const char *title;       ///< in the window; translate it in the context "FaultKind"
+    const char *unit;        ///< unit of the values; null if they are not numbers
+    const char *explanation; ///< like `title`
 };
 extern const std::array<FaultKind, Fault::Count> faultKinds;
 

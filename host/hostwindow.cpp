@@ -4,11 +4,17 @@
 #include "commandchannel.h"
 #include "errortexts.h"
 #include "look.h"
+#include "splitter.h"
 #include "tracepanel.h"
 #include "transferqueue.h"
 
+#include <QChildEvent>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -18,6 +24,7 @@ namespace {
 
 /// Sizes in pixels at 96 dots per inch.
 constexpr int panelWidth = 374;
+constexpr int windowWidth = 1240;
 constexpr int windowHeight = 640;
 
 QString describe(const CameraCondition &condition)
@@ -38,52 +45,105 @@ QString describe(const CameraCondition &condition)
 HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedCamera *simulated)
     : m_queue(queue)
     , m_panelContainer(new QWidget)
+    , m_reset(new QPushButton(tr("Reset to defaults")))
     , m_condition(new QLabel)
 {
-    setWindowTitle("Camera control");
+    setWindowTitle(tr("Camera control"));
     const double scale = std::max(1.0, logicalDpiX() / 96.0);
     const int margin = qRound(12 * scale);
 
     auto *panelLayout = new QVBoxLayout(m_panelContainer);
     panelLayout->setContentsMargins(0, 0, 0, 0);
     panelLayout->addStretch();
-    m_panelContainer->setFixedWidth(qRound(panelWidth * scale));
-    auto *reset = new QPushButton("Reset to defaults");
-    reset->setObjectName("pb_reset");
-    connect(reset, &QPushButton::clicked, this, &HostWindow::resetRequested);
-    auto *left = new QVBoxLayout;
-    left->addWidget(m_panelContainer, 1);
-    left->addWidget(reset, 0, Qt::AlignHCenter);
+    m_panelContainer->setMinimumWidth(qRound(panelWidth * scale));
+    m_panelContainer->installEventFilter(this);
+    auto *panelArea = new QScrollArea;
+    panelArea->setWidget(m_panelContainer);
+    panelArea->setWidgetResizable(true);
+    panelArea->setFrameShape(QFrame::NoFrame);
+    panelArea->setFocusPolicy(Qt::NoFocus);
+    panelArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    panelArea->setMinimumWidth(m_panelContainer->minimumWidth() +
+                               panelArea->verticalScrollBar()->sizeHint().width());
+    m_reset->setObjectName("pb_reset");
+    m_reset->setFont(Look::font());
+    connect(m_reset, &QPushButton::clicked, this, &HostWindow::resetRequested);
+    auto *left = new QWidget;
+    auto *leftLayout = new QVBoxLayout(left);
+    leftLayout->setContentsMargins(0, 0, 0, 0);
+    leftLayout->addWidget(panelArea, 1);
+    leftLayout->addWidget(m_reset, 0, Qt::AlignHCenter);
 
-    auto *right = new QWidget;
+    auto *right = new Splitter(Qt::Vertical);
     right->setFont(Look::font());
-    auto *rightLayout = new QVBoxLayout(right);
-    rightLayout->setContentsMargins(0, 0, 0, 0);
-    rightLayout->setSpacing(margin);
+    right->setHandleWidth(margin);
     if (simulated)
-        rightLayout->addWidget(new CameraPanel(*simulated));
+        right->addWidget(new CameraPanel(*simulated));
     auto *trace = new TracePanel;
-    rightLayout->addWidget(trace, 1);
-    reset->setFont(Look::font());
+    right->addWidget(trace);
+    right->setStretchFactor(right->indexOf(trace), 1);
+    right->setCollapsible(right->indexOf(trace), false);
 
-    auto *columns = new QHBoxLayout;
-    columns->setSpacing(margin);
-    columns->addLayout(left);
-    columns->addWidget(right, 1);
+    auto *columns = new Splitter(Qt::Horizontal);
+    columns->setHandleWidth(margin);
+    columns->setChildrenCollapsible(false);
+    columns->addWidget(left);
+    columns->addWidget(right);
+    columns->setStretchFactor(1, 1);
+    columns->setSizes({panelArea->minimumWidth(), qRound(windowWidth * scale)});
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(margin, margin, margin, margin);
-    layout->addLayout(columns, 1);
+    layout->addWidget(columns, 1);
     m_condition->setObjectName("lb_condition");
     m_condition->setFont(Look::font());
     // Do not let a long sentence widen the window.
     m_condition->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     layout->addWidget(m_condition);
-    resize(sizeHint().width(), qRound(windowHeight * scale));
+    QSize size(qRound(windowWidth * scale), qRound(windowHeight * scale));
+    // Leave room for the title bar. The screen of the platform "offscreen" limits nobody.
+    if (QGuiApplication::platformName() != "offscreen") {
+        const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+        size = size.boundedTo(screen - QSize(margin, 3 * margin));
+    }
+    resize(size);
 
     connect(&channel, &CommandChannel::transferred, this,
             [trace](const Transfer &transfer) { trace->trace().add(transfer); });
     connect(&queue, &TransferQueue::conditionChanged, this, &HostWindow::showCondition);
     showCondition();
+}
+
+bool HostWindow::eventFilter(QObject *watched, QEvent *event)
+{
+    // Sent when the panel is about to be shown. It is complete by then.
+    if (event->type() == QEvent::ChildPolished)
+        putPanelFirst();
+    return QWidget::eventFilter(watched, event);
+}
+
+// Qt puts the controls of a new panel at the end of the tab order. Moves the reset button and
+// everything up to the panel behind it.
+void HostWindow::putPanelFirst()
+{
+    QWidget *last = nullptr;
+    QWidgetList others;
+    for (QWidget *w = m_reset; w != this; w = w->nextInFocusChain()) {
+        // setTabOrder() ignores the rest.
+        if (w->focusPolicy() == Qt::NoFocus)
+            continue;
+        if (m_panelContainer->isAncestorOf(w))
+            last = w;
+        else
+            others.prepend(w);
+    }
+    if (!last)
+        return;
+    // Backwards, because setTabOrder() does nothing if one follows the other in the ring.
+    for (QWidget *const other : qAsConst(others))
+        setTabOrder(last, other);
+    // If the window was active before it had a panel, Qt has given the focus to the button.
+    if (m_reset->hasFocus() && !testAttribute(Qt::WA_KeyboardFocusChange))
+        setFocus();
 }
 
 void HostWindow::showCondition()

@@ -4,6 +4,7 @@
 
 class CommandChannel;
 class QLabel;
+class QPushButton;
 class SimulatedCamera;
 class TransferQueue;
 
@@ -23,10 +24,15 @@ Q_SIGNALS:
     /// The user pressed "Reset to defaults".
     void resetRequested();
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
+    void putPanelFirst();
     void showCondition();
 
     const TransferQueue &m_queue;
     QWidget *m_panelContainer;
+    QPushButton *m_reset;
     QLabel *m_condition;
 };

@@ -1,9 +1,46 @@
 #include "look.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QPainter>
 #include <QPalette>
-#include <QStyleFactory>
+#include <QProxyStyle>
+#include <QStyleOption>
 #include <QToolTip>
+
+namespace {
+
+/// Fusion with room around the text of buttons on every screen, and with a frame around the list
+/// that has the focus.
+class RoomyFusion : public QProxyStyle
+{
+public:
+    RoomyFusion()
+        : QProxyStyle("fusion")
+    {
+    }
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
+                       const QWidget *widget) const override
+    {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        if (element == PE_Frame && option->state & State_HasFocus &&
+            qobject_cast<const QAbstractItemView *>(widget)) {
+            painter->setPen(QApplication::palette().color(QPalette::Highlight));
+            painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+        }
+    }
+
+    QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
+                           const QWidget *widget) const override
+    {
+        const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+        const int line = option ? option->fontMetrics.height() : 0;
+        return type == CT_PushButton ? size.expandedTo(contents + QSize(2 * line, line / 2)) : size;
+    }
+};
+
+} // namespace
 
 QFont Look::font(int points)
 {
@@ -26,10 +63,18 @@ void Look::applyDark()
     dark.setColor(QPalette::Base, QColor(0x25282D));
     dark.setColor(QPalette::AlternateBase, QColor(0x202327));
     dark.setColor(QPalette::ToolTipBase, QColor(0x282B30));
-    dark.setColor(QPalette::Highlight, QColor(0x3A3F46));
-    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    dark.setColor(QPalette::Mid, QColor(0x80868F)); // the grips of splitters
+    // Also the color of a control that has the focus. Lists use a darker one behind their text.
+    dark.setColor(QPalette::Highlight, QColor(0x6CA8F0));
+    dark.setColor(QPalette::HighlightedText, dark.color(QPalette::Base));
+    QApplication::setStyle(new RoomyFusion);
     QApplication::setPalette(dark);
+    dark.setColor(QPalette::Highlight, QColor(0x3A3F46));
+    dark.setColor(QPalette::HighlightedText, text);
+    QApplication::setPalette(dark, "QAbstractItemView");
     // The panel's title takes its font size from the application.
     QApplication::setFont(font(headingPoints));
+    for (const char *const kind : {"QDialog", "QMenu"})
+        QApplication::setFont(font(), kind);
     QToolTip::setFont(font());
 }

@@ -2,6 +2,7 @@
 #include "commandchannel.h"
 #include "errortexts.h"
 #include "hostwindow.h"
+#include "language.h"
 #include "look.h"
 #include "options.h"
 #include "orvpluginapi.h"
@@ -14,12 +15,16 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QFileInfo>
+#include <QImageWriter>
 #include <QPixmap>
+#include <QSaveFile>
 #include <QTextStream>
 #include <QTimer>
 
 #include <chrono>
 #include <clocale>
+#include <cstdio>
 #include <memory>
 
 namespace {
@@ -56,6 +61,38 @@ std::shared_ptr<Camera> openCamera(const Options &options, QString *error)
     return camera;
 }
 
+/// Prints `text` on standard output. Returns the exit status.
+int print(const QString &text)
+{
+    if (std::fputs(qPrintable(text), stdout) >= 0 && std::fflush(stdout) == 0)
+        return 0;
+    return complain(QString("Cannot write to standard output: %1.").arg(qt_error_string()));
+}
+
+/// Why no picture can be written to the file `path`; empty if it can be.
+QString pictureProblem(const QString &path)
+{
+    const QFileInfo info(path);
+    if (!QImageWriter::supportedImageFormats().contains(info.suffix().toLower().toLatin1()))
+        return R"(its name must end in ".png" or another picture format)";
+    // Only looks; without commit(), the file stays as it is.
+    QSaveFile file(path);
+    return file.open(QIODevice::WriteOnly) ? QString() : file.errorString();
+}
+
+/// Without a display, a tour or a picture of the window needs none.
+void doWithoutDisplay()
+{
+    for (const char *const variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        if (qEnvironmentVariableIsSet(variable))
+            return;
+    }
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // This platform warns about its limits.
+    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES"))
+        qputenv("QT_LOGGING_RULES", "default.warning=false");
+}
+
 /// Writes the screenshot if the user asked for one, and ends the event loop.
 void finish(const Options &options, QWidget &window, bool agreed)
 {
@@ -76,6 +113,7 @@ int showPanel(const Options &options, const PluginFile &plugin,
                          [&trace](const Transfer &transfer) { trace.write(toJsonLine(transfer)); });
     }
     auto *const simulated = dynamic_cast<SimulatedCamera *>(camera.get());
+    Language::install(options.language);
     HostWindow window(queue, channel, simulated);
     // Declared after the window, so that the instance is deleted before the panel's container.
     const std::unique_ptr<QObject> instance(plugin.object);
@@ -108,10 +146,22 @@ int showPanel(const Options &options, const PluginFile &plugin,
 
 int runHost(const Options &options)
 {
+    if (!options.screenshot.isEmpty()) {
+        const QString problem = pictureProblem(options.screenshot);
+        if (!problem.isEmpty()) {
+            return complain(
+                QString("Cannot write the picture \"%1\": %2.").arg(options.screenshot, problem));
+        }
+    }
     const PluginFile plugin =
         PluginFile::load(options.plugin.isEmpty() ? PluginFile::defaultPath() : options.plugin);
     if (!plugin.error.isEmpty())
         return complain(plugin.error);
+
+    if (options.tour && plugin.api->name() != "m24_tracking") {
+        delete plugin.object;
+        return complain("--tour works only with the panel \"AI Tracking\".");
+    }
 
     QFile trace(options.trace);
     // Unbuffered: if the host crashes, the file still ends with a complete line.
@@ -141,11 +191,12 @@ int main(int argc, char *argv[])
     argc = 1;
     if (options.help || options.version || options.listCameras) {
         const QCoreApplication application(argc, argv);
-        QTextStream(stdout) << (options.help      ? Options::helpText()
-                                : options.version ? "orvhost " ORVHOST_VERSION "\n"
-                                                  : listCameras());
-        return 0;
+        return print(options.help      ? Options::helpText()
+                     : options.version ? "orvhost " ORVHOST_VERSION "\n"
+                                       : listCameras());
     }
+    if (options.tour || !options.screenshot.isEmpty())
+        doWithoutDisplay();
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     const QApplication application(argc, argv);
     Look::applyDark();

@@ -82,6 +82,8 @@ Options Options::read(const QStringList &arguments)
     Options options;
     QCommandLineParser parser;
     addOptions(parser);
+    // Report "-platform" as one unknown option, not as eight.
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     if (!parser.parse(arguments)) {
         options.error = parser.errorText();
         return options;

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QPluginLoader>
+#include <QRegularExpression>
 #include <QVersionNumber>
 
 QString PluginFile::interfaceProblem(const QJsonObject &metaData)
@@ -32,15 +33,38 @@ QString PluginFile::versionProblem(const QJsonObject &metaData)
     return {};
 }
 
+/// Why this program cannot use `file`, apart from the metadata that Qt finds in it.
+static QString fileProblem(const QFileInfo &file)
+{
+    if (file.isDir())
+        return "it is a folder";
+    if (!file.exists())
+        return "there is no such file";
+    QFile content(file.filePath());
+    if (!content.open(QIODevice::ReadOnly))
+        return content.errorString();
+    // Another major version stores the metadata differently, so look for the library it needs.
+    static const QRegularExpression qtLibrary("libQt([0-9])Core\\.so");
+    const QByteArray bytes = content.readAll();
+    const auto match = qtLibrary.match(QString::fromLatin1(bytes.constData(), bytes.size()));
+    if (match.hasMatch() && match.captured(1).toInt() != QT_VERSION_MAJOR)
+        return QString("it is built for Qt %1, and this is Qt %2")
+            .arg(match.captured(1), qVersion());
+    return {};
+}
+
 PluginFile PluginFile::load(const QString &path)
 {
     PluginFile plugin;
     const QFileInfo file(path);
     // QPluginLoader searches Qt's plug-in folders for relative names.
     QPluginLoader loader(file.absoluteFilePath());
-    QString problem = file.isFile() ? interfaceProblem(loader.metaData()) : "there is no such file";
+    const QJsonObject metaData = loader.metaData();
+    QString problem = metaData.isEmpty() ? fileProblem(file) : QString();
     if (problem.isEmpty())
-        problem = versionProblem(loader.metaData());
+        problem = interfaceProblem(metaData);
+    if (problem.isEmpty())
+        problem = versionProblem(metaData);
     if (problem.isEmpty()) {
         plugin.object = loader.instance();
         plugin.api = qobject_cast<OrvPluginApi *>(plugin.object);

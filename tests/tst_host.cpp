@@ -1,10 +1,18 @@
-#include "options.h"
+#include "commandchannel.h"
+#include "hostwindow.h"
+#include "language.h"
+#include "simulatedcamera.h"
 #include "testmain.h"
+#include "transferqueue.h"
 
+#include <QAbstractItemView>
+#include <QComboBox>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLayout>
 #include <QProcess>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -58,50 +66,76 @@ class TestHost : public Test
     Q_OBJECT
 
 private Q_SLOTS:
-    void arguments()
-    {
-        const std::pair<const char *, const char *> bad[] = {
-            {"--language fr", "en or zh"},
-            {"--status 0,1,2,3,256", "five numbers"},
-            {"--fault broken", "changes-itself"},
-            {"--fault delay=10001", "delay=0..10000"},
-            {"--fault errno=ENOENT", "EPIPE"},
-            {"--unit 3", "--unit needs --camera"},
-            {"--camera /dev/video0 --unit 256", "from 1 to 255"},
-            {"--camera /dev/video0 --status 0,1,0,1,0", "cannot be combined"},
-            {"--trace=", "name of a file"},
-            {"a b", "Only one"},
-        };
-        for (const auto &[arguments, says] : bad) {
-            const QString error =
-                Options::read(QString("orvhost %1").arg(arguments).split(' ')).error;
-            QVERIFY2(error.contains(says), qPrintable(arguments + (": " + error)));
-        }
-        const Options real = Options::read({"orvhost", "--camera", "a", "--unit=3", "--read-only"});
-        QVERIFY(real.error.isEmpty() && real.camera == "a" && real.unit == 3 && real.readOnly);
-    }
-
     void program()
     {
         const struct
         {
-            QStringList arguments;
+            const char *arguments;
             int exitCode;
             const char *says;
         } rows[] = {
-            {{"--help"}, 0, "--status"},
-            {{"--platform", "offscreen"}, 2, "platform"}, // Qt's options are not accepted
-            {{"--trace", "/nowhere/a"}, 1, "Cannot write the trace"},
-            {{"--screenshot", "/nowhere/a.png"}, 1, "Cannot write the picture"},
-            {{"nowhere.so"}, 1, "no such file"},
-            {{ORVHOST}, 1, "not a Qt plug-in"},
-            {{OTHER_PLUGIN}, 1, "com.talsen.OrvPluginApi"},
+            {"--help", 0, "--status"},
+            {"-platform offscreen", 2, "Unknown option 'platform'"}, // Qt's options are refused
+            {"--language fr", 2, "en or zh"},
+            {"--status 0,1,2,3,256", 2, "five numbers"},
+            {"--fault broken", 2, "changes-itself"},
+            {"--fault delay=10001", 2, "delay=0..10000"},
+            {"--fault errno=ENOENT", 2, "EPIPE"},
+            {"--unit 3", 2, "--unit needs --camera"},
+            {"--camera /dev/video0 --unit 256", 2, "from 1 to 255"},
+            {"--camera /dev/video0 --status 0,1,0,1,0", 2, "cannot be combined"},
+            {"--camera /nowhere --unit=3 --read-only", 1, "/nowhere"},
+            {"--trace=", 2, "name of a file"},
+            {"--trace /nowhere/a", 1, "Cannot write the trace"},
+            {"--tour --screenshot /nowhere/a.png", 1, "Cannot write the picture"},
+            {"--screenshot a.jsonl", 1, ".png"},
+            {"--tour " FIXTURE_PANEL, 1, "\"AI Tracking\""},
+            {"a b", 2, "Only one"},
+            {"nowhere.so", 1, "no such file"},
+            {"/", 1, "it is a folder"},
+            {ORVHOST, 1, "not a Qt plug-in"},
+            {OTHER_PLUGIN, 1, "com.talsen.OrvPluginApi"},
         };
         for (const auto &row : rows) {
-            Host host(row.arguments);
+            Host host(QString(row.arguments).split(' '));
             QCOMPARE(host.exitCode(), row.exitCode);
             QVERIFY2(host.output.contains(row.says), qPrintable(host.output));
         }
+    }
+
+    void window()
+    {
+        Language::install(0);
+        const auto camera = std::make_shared<SimulatedCamera>();
+        TransferQueue queue(camera);
+        CommandChannel channel(queue);
+        HostWindow window(queue, channel, camera.get());
+        QVERIFY(window.minimumSizeHint().width() <= 1240);
+        auto *const panel = new QPushButton;
+        window.panelContainer()->layout()->addWidget(panel);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+
+        auto *const type = window.findChildren<QComboBox *>().at(1);
+        QCOMPARE(type->currentText(), "常规");
+        QTest::keyClick(&window, Qt::Key_Backtab);
+        const QWidgetList order{panel, window.findChild<QWidget *>("pb_reset"),
+                                window.findChildren<QComboBox *>().at(0)};
+        for (QWidget *const next : order) {
+            QTest::keyClick(&window, Qt::Key_Tab);
+            QCOMPARE(window.focusWidget(), next);
+        }
+
+        // An open list keeps the user's choice. The offscreen platform warns about its limits.
+        expectedWarnings.setPattern("^This plugin does not support");
+        type->showPopup();
+        QTest::keyClick(type->view(), Qt::Key_Down);
+        camera->setValue(TrackingProtocol::Type, 9);
+        QTRY_COMPARE(type->count(), 4);
+        camera->setValue(TrackingProtocol::Type, 0);
+        QTRY_COMPARE(type->count(), 3); // an unknown value is offered only while it lasts
+        QTest::keyClick(type->view(), Qt::Key_Return);
+        QCOMPARE(camera->status().at(TrackingProtocol::Type), 1);
     }
 
     void tours()
