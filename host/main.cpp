@@ -8,19 +8,20 @@
 #include "pluginfile.h"
 #include "simulatedcamera.h"
 #include "tour.h"
+#include "tracefile.h"
 #include "transferqueue.h"
-#include "transfertext.h"
 #include "uvccamera.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QPixmap>
 #include <QTextStream>
 #include <QTimer>
 
 #include <chrono>
 #include <clocale>
+#include <fcntl.h>
 #include <memory>
+#include <unistd.h>
 
 namespace {
 
@@ -38,6 +39,17 @@ int complain(const QString &sentence, int status = failed)
 {
     QTextStream(stderr) << "orvhost: " << sentence << '\n';
     return status;
+}
+
+/// Opens closed standard streams on /dev/null. Otherwise the trace or the connection to the display
+/// would take their place and receive their output.
+void openStandardStreams()
+{
+    int file = -1;
+    do
+        file = ::open("/dev/null", O_RDWR);
+    while (file >= 0 && file <= STDERR_FILENO);
+    ::close(file);
 }
 
 /// Returns null and sets `error` to a sentence for the user if the camera cannot be used.
@@ -66,15 +78,12 @@ void finish(const Options &options, QWidget &window, bool agreed)
 }
 
 int showPanel(const Options &options, const PluginFile &plugin,
-              const std::shared_ptr<Camera> &camera, QFile &trace)
+              const std::shared_ptr<Camera> &camera, TraceFile &trace)
 {
     TransferQueue queue(camera,
                         options.readOnly ? TransferQueue::ReadOnly : TransferQueue::ReadWrite);
     CommandChannel channel(queue, options.language);
-    if (trace.isOpen()) {
-        QObject::connect(&channel, &CommandChannel::transferred, &channel,
-                         [&trace](const Transfer &transfer) { trace.write(toJsonLine(transfer)); });
-    }
+    QObject::connect(&channel, &CommandChannel::transferred, &trace, &TraceFile::add);
     auto *const simulated = dynamic_cast<SimulatedCamera *>(camera.get());
     HostWindow window(queue, channel, simulated);
     // Declared after the window, so that the instance is deleted before the panel's container.
@@ -103,7 +112,7 @@ int showPanel(const Options &options, const PluginFile &plugin,
     const int status = QApplication::exec();
     window.hide();
     queue.finish();
-    return status;
+    return trace.finish() ? status : failed;
 }
 
 int runHost(const Options &options)
@@ -113,13 +122,14 @@ int runHost(const Options &options)
     if (!plugin.error.isEmpty())
         return complain(plugin.error);
 
-    QFile trace(options.trace);
-    // Unbuffered: if the host crashes, the file still ends with a complete line.
-    if (!options.trace.isEmpty() && !trace.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
-        return complain(
-            QString("Cannot write the trace \"%1\": %2.").arg(options.trace, trace.errorString()));
-    }
+    TraceFile trace;
+    QObject::connect(&trace, &TraceFile::failed, &trace,
+                     [](const QString &sentence) { complain(sentence); });
     QString error;
+    if (!options.trace.isEmpty())
+        error = trace.open(options.trace);
+    if (!error.isEmpty())
+        return complain(error);
     const std::shared_ptr<Camera> camera = openCamera(options, &error);
     return camera ? showPanel(options, plugin, camera, trace) : complain(error);
 }
@@ -128,6 +138,7 @@ int runHost(const Options &options)
 
 int main(int argc, char *argv[])
 {
+    openStandardStreams();
     // QString::fromLocal8Bit() needs the locale. Qt sets it only with an application object.
     std::setlocale(LC_ALL, "");
     QStringList arguments;
