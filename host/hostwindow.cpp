@@ -80,8 +80,7 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
     layout->addWidget(m_condition);
     resize(sizeHint().width(), qRound(windowHeight * scale));
 
-    connect(&channel, &CommandChannel::transferred, this,
-            [trace](const Transfer &transfer) { trace->trace().add(transfer); });
+    connect(&channel, &CommandChannel::transferred, trace, &TracePanel::add);
     connect(&queue, &TransferQueue::conditionChanged, this, &HostWindow::showCondition);
     showCondition();
 }
