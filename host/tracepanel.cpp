@@ -37,7 +37,7 @@ constexpr const char *widest[TracePanel::Count] = {
     "00:00:00.000",
     "5000",
     "get Extension 8",
-    "tracking off, type Basic, mode Standard, composition off",
+    "tracking on, type Basic, mode Standard, composition off",
     "1000",
     "superseded",
     "FF FF FF FF FF FF"};
@@ -53,6 +53,8 @@ public:
     {
         QStyleOptionViewItem cell = option;
         initStyleOption(&cell, index);
+        if (index.data(Qt::ForegroundRole).isValid())
+            cell.palette.setColor(QPalette::HighlightedText, failedColor);
         QStaticText bytes(index.data(TracePanel::ColoredBytes).toString());
         if (!bytes.text().isEmpty())
             cell.text.clear();
@@ -67,14 +69,6 @@ public:
         painter->setPen(cell.palette.color(QPalette::Text));
         painter->drawStaticText(rect.topLeft(), bytes);
         painter->restore();
-    }
-
-protected:
-    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
-    {
-        QStyledItemDelegate::initStyleOption(option, index);
-        if (index.data(Qt::ForegroundRole).isValid())
-            option->palette.setColor(QPalette::HighlightedText, failedColor);
     }
 };
 
@@ -211,12 +205,13 @@ int TracePanel::appendRow(const QStringList &texts)
 
 QString TracePanel::coloredBytes(const Transfer &transfer)
 {
+    if (transfer.bytes.isEmpty())
+        return {};
     QByteArray kind = QByteArray::number(transfer.direction);
     if (!transfer.isStatusRead()) // Compare a command with the last one for the same setting.
         kind += transfer.bytes.mid(TrackingProtocol::commandOffset, 1);
     const QByteArray before = m_lastOfKind.value(kind, transfer.bytes);
-    if (!transfer.bytes.isEmpty())
-        m_lastOfKind[kind] = transfer.bytes;
+    m_lastOfKind[kind] = transfer.bytes;
     QStringList words = firstBytes(transfer).split(' ');
     for (int i = 0; i < words.size(); ++i) {
         if (before.mid(i, 1) != transfer.bytes.mid(i, 1))

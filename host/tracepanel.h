@@ -48,9 +48,9 @@ private:
     QLineEdit *m_filter;
     QTableWidget *m_table;
     QLabel *m_noMatch; ///< in the table's place if the filter hides all rows
+    int m_wantedWidth = 0;
     QFont m_byteFont{"monospace", Look::textPoints};
     QHash<QByteArray, QByteArray> m_lastOfKind;
     int m_lastRead = -1;   ///< row of the last status read; -1 after a command or event
     int m_lastUnsent = -1; ///< row of the last read since then that was not sent
-    int m_wantedWidth = 0;
 };
