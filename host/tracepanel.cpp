@@ -32,16 +32,6 @@ constexpr int transferRole = TracePanel::ColoredBytes + 1; ///< in the column Ti
 constexpr const char *changedColor = "#FFC857";
 constexpr QRgb failedColor = 0xFFFFB3AB;
 
-/// The widest text that each column usually shows.
-constexpr const char *widest[TracePanel::Count] = {
-    "00:00:00.000",
-    "5000",
-    "get Extension 8",
-    "tracking on, type Basic, mode Standard, composition off",
-    "1000",
-    "superseded",
-    "FF FF FF FF FF FF"};
-
 /// Keeps the colour of failed rows when they are selected, and paints bytes with their colours.
 class RowDelegate : public QStyledItemDelegate
 {
@@ -135,10 +125,10 @@ void TracePanel::setUpTable()
     QHeaderView *const header = m_table->horizontalHeader();
     header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     header->setHighlightSections(false);
-    QStringList texts;
-    for (const char *const text : widest)
-        texts += inWindowLanguage(text);
-    appendRow(texts);
+    // The widest text that each column usually shows.
+    appendRow({"00:00:00.000", "5000", inWindowLanguage("get Extension 8"),
+               inWindowLanguage("tracking on, type Basic, mode Standard, composition off"), "1000",
+               inWindowLanguage("superseded"), "FF FF FF FF FF FF"});
     m_table->resizeColumnsToContents();
     m_table->removeRow(0);
     const QMargins margins = contentsMargins() + layout()->contentsMargins();

@@ -62,6 +62,7 @@ private Q_SLOTS:
 
     void program()
     {
+        const QTemporaryDir folder;
         const struct
         {
             QStringList arguments;
@@ -71,7 +72,7 @@ private Q_SLOTS:
             {{"--help"}, 0, "--status"},
             {{"--platform", "offscreen"}, 2, "platform"}, // Qt's options are not accepted
             {{"--trace", "/nowhere/a"}, 1, "Cannot write the trace"},
-            {{"--trace", "/dev/full", "--screenshot", "/dev/null"}, 1, "No space left on device"},
+            {{"--trace", "/dev/full", "--screenshot", folder.filePath("a.png")}, 1, "No space"},
             {{"--screenshot", "/nowhere/a.png"}, 1, "Cannot write the picture"},
             {{"nowhere.so"}, 1, "no such file"},
             {{ORVHOST}, 1, "not a Qt plug-in"},
