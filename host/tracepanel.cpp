@@ -123,6 +123,7 @@ void TracePanel::setUpTable()
     connect(copyKey, &QShortcut::activated, this, &TracePanel::copy);
 
     QHeaderView *const header = m_table->horizontalHeader();
+    header->setFont(Look::font());
     header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     header->setHighlightSections(false);
     // The widest text that each column usually shows.

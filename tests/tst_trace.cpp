@@ -50,7 +50,8 @@ private Q_SLOTS:
         };
         for (const auto &[exchanges, shown] : rows) {
             TracePanel panel;
-            for (const QString &word : exchanges.split(' '))
+            const QStringList words = exchanges.split(' ');
+            for (const QString &word : words)
                 panel.add(exchange(word));
             auto *const table = panel.findChild<QTableWidget *>();
             QStringList found;
@@ -76,10 +77,8 @@ private Q_SLOTS:
         const QStringList rows = copied();
         QCOMPARE(rows[0].section('\t', 2), "get Extension 8\tA\t2\tok\t41");
         QCOMPARE(rows[2].section('\t', 3), "EIO\t1\tEIO\t");
-        QVERIFY(table->item(1, TracePanel::Bytes)
-                    ->data(TracePanel::ColoredBytes)
-                    .toString()
-                    .contains(QRegularExpression("^41.<font color=.*>42</font>$")));
+        const auto bytes = table->item(1, TracePanel::Bytes)->data(TracePanel::ColoredBytes);
+        QVERIFY(bytes.toString().startsWith("41") && bytes.toString().endsWith(">42</font>"));
         panel.show();
         QVERIFY(QTest::qWaitForWindowActive(&panel));
         table->setFocus();
