@@ -149,7 +149,8 @@ void TracePanel::add(const Transfer &transfer)
         const Transfer previous = transferIn(last);
         if (transfer.bytes == previous.bytes && transfer.outcome == previous.outcome &&
             transfer.error == previous.error) {
-            m_table->item(last, Times)->setText(QString::number(timesOf(last) + 1));
+            QTableWidgetItem *const times = m_table->item(last, Times);
+            times->setText(QString::number(times->text().toInt() + 1));
             return;
         }
     }
@@ -216,17 +217,17 @@ Transfer TracePanel::transferIn(int row) const
     return m_table->item(row, Time)->data(transferRole).value<Transfer>();
 }
 
-int TracePanel::timesOf(int row) const
+QString TracePanel::textOf(int row) const
 {
-    return m_table->item(row, Times)->text().toInt();
+    QStringList cells;
+    for (int column = 0; column < Count; ++column)
+        cells += m_table->item(row, column)->text();
+    return cells.join('\t');
 }
 
 void TracePanel::filterRow(int row)
 {
-    bool matches = false;
-    for (int column = 0; column < Count; ++column)
-        matches |=
-            m_table->item(row, column)->text().contains(m_filter->text(), Qt::CaseInsensitive);
+    const bool matches = textOf(row).contains(m_filter->text(), Qt::CaseInsensitive);
     m_table->setRowHidden(row, !matches);
 }
 
@@ -255,10 +256,7 @@ void TracePanel::copy() const
     for (int row = 0; row < m_table->rowCount(); ++row) {
         if (m_table->isRowHidden(row))
             continue;
-        QStringList cells;
-        for (int column = 0; column < Count; ++column)
-            cells += m_table->item(row, column)->text();
-        shown += cells.join('\t');
+        shown += textOf(row);
         if (m_table->selectionModel()->isRowSelected(row, {}))
             selected += shown.last();
     }
@@ -282,8 +280,9 @@ void TracePanel::write(const QString &path)
     QSaveFile file(path);
     bool written = file.open(QIODevice::WriteOnly);
     for (int row = 0; written && row < m_table->rowCount(); ++row) {
+        const int times = m_table->item(row, Times)->text().toInt();
         if (!m_table->isRowHidden(row))
-            written = file.write(toJsonLine(transferIn(row), timesOf(row))) > 0;
+            written = file.write(toJsonLine(transferIn(row), times)) > 0;
     }
     if (written && file.commit())
         return;

@@ -37,7 +37,7 @@ private:
     int appendRow(const QStringList &texts);
     QString coloredBytes(const Transfer &transfer);
     Transfer transferIn(int row) const;
-    int timesOf(int row) const;
+    QString textOf(int row) const; ///< its cells, separated by tabs
     void filterRow(int row);
     void filterRows();
     void showMatches();
