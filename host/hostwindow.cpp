@@ -107,8 +107,7 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
     }
     resize(size);
 
-    connect(&channel, &CommandChannel::transferred, this,
-            [trace](const Transfer &transfer) { trace->trace().add(transfer); });
+    connect(&channel, &CommandChannel::transferred, trace, &TracePanel::add);
     connect(&queue, &TransferQueue::conditionChanged, this, &HostWindow::showCondition);
     showCondition();
 }

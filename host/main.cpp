@@ -9,12 +9,11 @@
 #include "pluginfile.h"
 #include "simulatedcamera.h"
 #include "tour.h"
+#include "tracefile.h"
 #include "transferqueue.h"
-#include "transfertext.h"
 #include "uvccamera.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QFileInfo>
 #include <QImageWriter>
 #include <QPixmap>
@@ -25,7 +24,9 @@
 #include <chrono>
 #include <clocale>
 #include <cstdio>
+#include <fcntl.h>
 #include <memory>
+#include <unistd.h>
 
 namespace {
 
@@ -43,6 +44,17 @@ int complain(const QString &sentence, int status = failed)
 {
     QTextStream(stderr) << "orvhost: " << sentence << '\n';
     return status;
+}
+
+/// Opens closed standard streams on /dev/null. Otherwise the trace or the connection to the display
+/// would take their place and receive their output.
+void openStandardStreams()
+{
+    int file = -1;
+    do
+        file = ::open("/dev/null", O_RDWR);
+    while (file >= 0 && file <= STDERR_FILENO);
+    ::close(file);
 }
 
 /// Returns null and sets `error` to a sentence for the user if the camera cannot be used.
@@ -103,15 +115,12 @@ void finish(const Options &options, QWidget &window, bool agreed)
 }
 
 int showPanel(const Options &options, const PluginFile &plugin,
-              const std::shared_ptr<Camera> &camera, QFile &trace)
+              const std::shared_ptr<Camera> &camera, TraceFile &trace)
 {
     TransferQueue queue(camera,
                         options.readOnly ? TransferQueue::ReadOnly : TransferQueue::ReadWrite);
     CommandChannel channel(queue, options.language);
-    if (trace.isOpen()) {
-        QObject::connect(&channel, &CommandChannel::transferred, &channel,
-                         [&trace](const Transfer &transfer) { trace.write(toJsonLine(transfer)); });
-    }
+    QObject::connect(&channel, &CommandChannel::transferred, &trace, &TraceFile::add);
     auto *const simulated = dynamic_cast<SimulatedCamera *>(camera.get());
     Language::install(options.language);
     HostWindow window(queue, channel, simulated);
@@ -141,7 +150,7 @@ int showPanel(const Options &options, const PluginFile &plugin,
     const int status = QApplication::exec();
     window.hide();
     queue.finish();
-    return status;
+    return trace.finish() ? status : failed;
 }
 
 int runHost(const Options &options)
@@ -163,13 +172,14 @@ int runHost(const Options &options)
         return complain("--tour works only with the panel \"AI Tracking\".");
     }
 
-    QFile trace(options.trace);
-    // Unbuffered: if the host crashes, the file still ends with a complete line.
-    if (!options.trace.isEmpty() && !trace.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
-        return complain(
-            QString("Cannot write the trace \"%1\": %2.").arg(options.trace, trace.errorString()));
-    }
+    TraceFile trace;
+    QObject::connect(&trace, &TraceFile::failed, &trace,
+                     [](const QString &sentence) { complain(sentence); });
     QString error;
+    if (!options.trace.isEmpty())
+        error = trace.open(options.trace);
+    if (!error.isEmpty())
+        return complain(error);
     const std::shared_ptr<Camera> camera = openCamera(options, &error);
     return camera ? showPanel(options, plugin, camera, trace) : complain(error);
 }
@@ -178,6 +188,7 @@ int runHost(const Options &options)
 
 int main(int argc, char *argv[])
 {
+    openStandardStreams();
     // QString::fromLocal8Bit() needs the locale. Qt sets it only with an application object.
     std::setlocale(LC_ALL, "");
     QStringList arguments;

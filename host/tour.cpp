@@ -100,10 +100,7 @@ void Tour::takeTransfer(const Transfer &transfer)
         m_camera->at(fieldOf(transfer.bytes)) = quint8(transfer.bytes[valueOffset]);
     }
 
-    QString address = requestText(transfer);
-    if (transfer.selector != 0)
-        address += ' ' + QString::number(transfer.selector);
-    QString line = directionText(transfer) + ' ' + address.leftJustified(12) +
+    QString line = exchangeText(transfer).leftJustified(16) +
                    firstBytes(transfer).leftJustified(19) + transfer.meaning;
     if (transfer.outcome != Transfer::Succeeded)
         line += ": " + resultText(transfer);

@@ -1,35 +1,56 @@
 #pragma once
 
-#include "tracemodel.h"
+#include "look.h"
 
+#include <QByteArray>
 #include <QGroupBox>
-#include <QSortFilterProxyModel>
+#include <QHash>
 
 class QHBoxLayout;
-class QTableView;
+class QLabel;
+class QLineEdit;
+class QTableWidget;
+struct Transfer;
 
-/// The trace of the channel: a table that the user can filter, copy and save.
+/// The transfers of a session, the newest last, in a table that the user can filter, copy and save.
+/// A status read that repeats the one before it is counted in that row. Keeps the newest 10,000
+/// rows.
 class TracePanel : public QGroupBox
 {
     Q_OBJECT
 public:
+    enum Column { Time, Duration, Request, Meaning, Times, Result, Bytes, Count };
+    /// Role in the column Bytes: its text in HTML. Bytes that differ from the previous transfer of
+    /// the same kind have another colour.
+    static constexpr int ColoredBytes = Qt::UserRole;
+
     TracePanel();
 
-    TraceModel &trace() { return m_trace; }
+    void add(const Transfer &transfer);
 
     /// Wide enough for the usual texts of all columns.
     QSize sizeHint() const override;
 
 private:
     void addTools(QHBoxLayout &tools);
-    void layOutColumns();
+    void setUpTable();
+    int appendRow(const QStringList &texts);
+    QString coloredBytes(const Transfer &transfer);
+    Transfer transferIn(int row) const;
+    QString textOf(int row) const; ///< its cells, separated by tabs
+    void filterRow(int row);
+    void filterRows();
+    void showMatches();
     void copy() const;
     void save();
     void write(const QString &path);
 
-    TraceModel m_trace;
-    QSortFilterProxyModel m_rows; ///< those that contain the filter's text
-    QTableView *m_table;
+    QLineEdit *m_filter;
+    QTableWidget *m_table;
+    QLabel *m_noMatch; ///< in the table's place if the filter hides all rows
     int m_wantedWidth = 0;
-    bool m_follows = true; ///< whether new rows scroll into view
+    QFont m_byteFont{"monospace", Look::textPoints};
+    QHash<QByteArray, QByteArray> m_lastOfKind;
+    int m_lastRead = -1;   ///< row of the last status read; -1 after a command or event
+    int m_lastUnsent = -1; ///< row of the last read since then that was not sent
 };
