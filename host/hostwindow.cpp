@@ -2,17 +2,15 @@
 
 #include "camerapanel.h"
 #include "commandchannel.h"
-#include "errortexts.h"
 #include "look.h"
+#include "statusline.h"
 #include "tracepanel.h"
 #include "transferqueue.h"
 
-#include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <cerrno>
 
 namespace {
 
@@ -20,25 +18,11 @@ namespace {
 constexpr int panelWidth = 374;
 constexpr int windowHeight = 640;
 
-QString describe(const CameraCondition &condition)
-{
-    if (condition.read == CameraCondition::unknown)
-        return "The camera has not answered yet.";
-    if (condition.read == ENODEV)
-        return "The camera is disconnected. Changes that you make now will not be sent.";
-    if (condition.read != 0)
-        return "The camera is failing. " + transferError("Reading control 8", condition.read);
-    if (condition.write != 0)
-        return "The camera is connected. " + transferError("Setting control 7", condition.write);
-    return "The camera is connected.";
-}
-
 } // namespace
 
 HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedCamera *simulated)
-    : m_queue(queue)
-    , m_panelContainer(new QWidget)
-    , m_condition(new QLabel)
+    : m_panelContainer(new QWidget)
+    , m_status(new StatusLine(queue))
 {
     setWindowTitle("Camera control");
     const double scale = std::max(1.0, logicalDpiX() / 96.0);
@@ -73,22 +57,10 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(margin, margin, margin, margin);
     layout->addLayout(columns, 1);
-    m_condition->setObjectName("lb_condition");
-    m_condition->setFont(Look::font());
-    // Do not let a long sentence widen the window.
-    m_condition->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    layout->addWidget(m_condition);
+    m_status->setFont(Look::font());
+    layout->addWidget(m_status);
     resize(sizeHint().width(), qRound(windowHeight * scale));
 
     connect(&channel, &CommandChannel::transferred, this,
             [trace](const Transfer &transfer) { trace->trace().add(transfer); });
-    connect(&queue, &TransferQueue::conditionChanged, this, &HostWindow::showCondition);
-    showCondition();
-}
-
-void HostWindow::showCondition()
-{
-    const QString sentence = describe(m_queue.condition());
-    m_condition->setText(sentence);
-    m_condition->setToolTip(sentence);
 }

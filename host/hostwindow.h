@@ -3,8 +3,8 @@
 #include <QWidget>
 
 class CommandChannel;
-class QLabel;
 class SimulatedCamera;
+class StatusLine;
 class TransferQueue;
 
 /// The host's window: the plug-in's panel on the left, the trace of the channel on the right, the
@@ -19,14 +19,13 @@ public:
     /// Insert the panel here. The window owns it.
     QWidget *panelContainer() const { return m_panelContainer; }
 
+    StatusLine &statusLine() const { return *m_status; }
+
 Q_SIGNALS:
     /// The user pressed "Reset to defaults".
     void resetRequested();
 
 private:
-    void showCondition();
-
-    const TransferQueue &m_queue;
     QWidget *m_panelContainer;
-    QLabel *m_condition;
+    StatusLine *m_status;
 };

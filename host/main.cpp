@@ -1,14 +1,12 @@
 #include "cameralist.h"
-#include "commandchannel.h"
 #include "errortexts.h"
 #include "hostwindow.h"
 #include "look.h"
 #include "options.h"
-#include "orvpluginapi.h"
 #include "pluginfile.h"
+#include "session.h"
 #include "simulatedcamera.h"
 #include "tour.h"
-#include "transferqueue.h"
 #include "transfertext.h"
 #include "uvccamera.h"
 
@@ -40,16 +38,10 @@ int complain(const QString &sentence, int status = failed)
     return status;
 }
 
-/// Returns null and sets `error` to a sentence for the user if the camera cannot be used.
-std::shared_ptr<Camera> openCamera(const Options &options, QString *error)
+std::shared_ptr<Camera> makeCamera(const Options &options, Camera::Access access)
 {
-    if (!options.camera.isEmpty()) {
-        const auto use = options.readOnly ? UvcCamera::Use::ReadOnly : UvcCamera::Use::ReadAndWrite;
-        CameraRefusal refusal;
-        auto camera = UvcCamera::open(options.camera, options.unit, use, &refusal);
-        *error = refusalText(options.camera, refusal);
-        return camera;
-    }
+    if (!options.camera.isEmpty())
+        return std::make_shared<UvcCamera>(options.camera, options.unit, access);
     auto camera = std::make_shared<SimulatedCamera>();
     camera->setStatus(options.status);
     camera->setFaults(options.faults);
@@ -65,44 +57,40 @@ void finish(const Options &options, QWidget &window, bool agreed)
     QCoreApplication::exit(agreed && written ? 0 : failed);
 }
 
-int showPanel(const Options &options, const PluginFile &plugin,
-              const std::shared_ptr<Camera> &camera, QFile &trace)
+int runSession(const Options &options, const PluginFile &plugin, QFile &trace)
 {
-    TransferQueue queue(camera,
-                        options.readOnly ? TransferQueue::ReadOnly : TransferQueue::ReadWrite);
-    CommandChannel channel(queue, options.language);
+    const auto access = options.readOnly ? Camera::ReadOnly : Camera::ReadWrite;
+    Session session(makeCamera(options, access), access, plugin, options.language);
     if (trace.isOpen()) {
-        QObject::connect(&channel, &CommandChannel::transferred, &channel,
+        QObject::connect(&session.channel(), &CommandChannel::transferred, &session,
                          [&trace](const Transfer &transfer) { trace.write(toJsonLine(transfer)); });
     }
-    auto *const simulated = dynamic_cast<SimulatedCamera *>(camera.get());
-    HostWindow window(queue, channel, simulated);
-    // Declared after the window, so that the instance is deleted before the panel's container.
-    const std::unique_ptr<QObject> instance(plugin.object);
+    HostWindow window(session.queue(), session.channel(), session.simulated());
     std::unique_ptr<Tour> tour;
     if (options.tour)
-        tour = std::make_unique<Tour>(simulated, channel, window);
+        tour = std::make_unique<Tour>(session.simulated(), session.channel(), window);
 
-    plugin.api->commandChannel = [&channel](int kind, const QVariant &record) {
-        return channel.request(kind, record);
-    };
-    plugin.api->insertWidget(window.panelContainer());
-    QObject::connect(&window, &HostWindow::resetRequested, &window,
-                     [&plugin] { plugin.api->resetToDefault(); });
+    session.showPanelIn(window.panelContainer());
+    QObject::connect(&session, &Session::refused, &window, [](const CameraRefusal &refusal) {
+        QCoreApplication::exit(complain(refusalText(refusal)));
+    });
+    QObject::connect(&window, &HostWindow::resetRequested, &session, &Session::resetToDefault);
     window.show();
 
     if (tour) {
         QObject::connect(tour.get(), &Tour::finished, &window,
                          [&](bool agreed) { finish(options, window, agreed); });
     } else if (!options.screenshot.isEmpty()) {
-        QTimer::singleShot(settleTime, &window, [&] { finish(options, window, true); });
+        QObject::connect(&session, &Session::panelCreated, &window, [&] {
+            QTimer::singleShot(settleTime, &window, [&] { finish(options, window, true); });
+        });
     }
     // If the window is closed early, the host must not exit with status 0 before the tour or the
     // screenshot is done.
     QApplication::setQuitOnLastWindowClosed(!options.tour && options.screenshot.isEmpty());
     const int status = QApplication::exec();
     window.hide();
-    queue.finish();
+    session.end();
     return status;
 }
 
@@ -119,9 +107,7 @@ int runHost(const Options &options)
         return complain(
             QString("Cannot write the trace \"%1\": %2.").arg(options.trace, trace.errorString()));
     }
-    QString error;
-    const std::shared_ptr<Camera> camera = openCamera(options, &error);
-    return camera ? showPanel(options, plugin, camera, trace) : complain(error);
+    return runSession(options, plugin, trace);
 }
 
 } // namespace
