@@ -13,12 +13,17 @@
 #include <QApplication>
 #include <QFile>
 #include <QPixmap>
+#include <QSocketNotifier>
 #include <QTextStream>
 #include <QTimer>
 
+#include <cerrno>
 #include <chrono>
 #include <clocale>
+#include <csignal>
+#include <fcntl.h>
 #include <memory>
+#include <unistd.h>
 
 namespace {
 
@@ -46,6 +51,37 @@ std::shared_ptr<Camera> makeCamera(const Options &options, Camera::Access access
     camera->setStatus(options.status);
     camera->setFaults(options.faults);
     return camera;
+}
+
+constexpr int endingSignals[] = {SIGINT, SIGTERM, SIGHUP};
+int signalPipe[2];
+
+/// May only call functions that are safe in a signal handler.
+void takeSignal(int /*number*/)
+{
+    const int error = errno;
+    // A second signal kills the program.
+    for (const int number : endingSignals)
+        std::signal(number, SIG_DFL);
+    [[maybe_unused]] const auto written = ::write(signalPipe[1], "", 1);
+    errno = error;
+}
+
+/// Makes the signals that usually kill a program end the event loop with `status`.
+void exitOnSignals(QObject &context, int status)
+{
+    if (::pipe2(signalPipe, O_CLOEXEC | O_NONBLOCK) != 0)
+        return;
+    auto *const notifier = new QSocketNotifier(signalPipe[0], QSocketNotifier::Read, &context);
+    QObject::connect(notifier, &QSocketNotifier::activated, &context, [notifier, status] {
+        notifier->setEnabled(false);
+        QCoreApplication::exit(status);
+    });
+    for (const int number : endingSignals) {
+        // nohup ignores SIGHUP for the program.
+        if (std::signal(number, takeSignal) == SIG_IGN && number == SIGHUP)
+            std::signal(number, SIG_IGN);
+    }
 }
 
 /// Writes the screenshot if the user asked for one, and ends the event loop.
@@ -85,9 +121,11 @@ int runSession(const Options &options, const PluginFile &plugin, QFile &trace)
             QTimer::singleShot(settleTime, &window, [&] { finish(options, window, true); });
         });
     }
-    // If the window is closed early, the host must not exit with status 0 before the tour or the
-    // screenshot is done.
-    QApplication::setQuitOnLastWindowClosed(!options.tour && options.screenshot.isEmpty());
+    // If the window is closed or a signal comes early, the host must not exit with status 0 before
+    // the tour or the screenshot is done.
+    const bool hasTask = options.tour || !options.screenshot.isEmpty();
+    QApplication::setQuitOnLastWindowClosed(!hasTask);
+    exitOnSignals(window, hasTask ? failed : 0);
     const int status = QApplication::exec();
     window.hide();
     session.end();

@@ -115,6 +115,10 @@ private Q_SLOTS:
                    picture, "--trace", slowTrace});
         Host unplugged(
             {"--tour", "--fault", "unplugged", "--language", "zh", "--trace", unpluggedTrace});
+        Host ended({"--tour"});
+        QVERIFY(QTest::qWaitFor([&] { return ended.process.peek(10000).contains("1. "); }));
+        ended.process.terminate();
+        QCOMPARE(ended.exitCode(), 1); // not a crash
 
         QCOMPARE(unplugged.exitCode(), 1);
         QVERIFY(unplugged.output.contains("language: 0"));
