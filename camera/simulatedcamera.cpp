@@ -49,6 +49,14 @@ void SimulatedCamera::setFaults(const Faults &faults)
     m_faults = faults;
 }
 
+CameraRefusal SimulatedCamera::open()
+{
+    const Faults now = faults();
+    if (now.at(Fault::Unplugged) != noFault || now.at(Fault::Error) == ENODEV)
+        return {CameraRefusal::Disconnected, ENODEV};
+    return {};
+}
+
 int SimulatedCamera::beginTransfer() const
 {
     const int delay = faults().at(Fault::Delay);

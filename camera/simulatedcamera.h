@@ -41,6 +41,8 @@ public:
     Faults faults() const;
     void setFaults(const Faults &faults);
 
+    QString name() const override { return "the simulated camera"; }
+    CameraRefusal open() override;
     TransferResult readStatus() override;
     /// Returns EINVAL for bytes that are not a command.
     int sendCommand(const QByteArray &command) override;

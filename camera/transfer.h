@@ -13,7 +13,7 @@ struct Transfer
     enum Direction {
         Get,   ///< the panel asked for data
         Set,   ///< data went to the camera or the host
-        Event, ///< the camera was disconnected or came back
+        Event, ///< the camera was disconnected, cannot be used or came back
         None,  ///< the channel does not know the request
     };
     enum Outcome { Succeeded, Failed, Superseded, NotSent };

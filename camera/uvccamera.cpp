@@ -8,6 +8,7 @@
 #include <linux/uvcvideo.h>
 #include <linux/videodev2.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -21,41 +22,98 @@ void UvcCamera::close()
         ::close(std::exchange(m_descriptor, -1));
 }
 
-std::unique_ptr<UvcCamera> UvcCamera::open(const QString &node, int unit, Use use,
-                                           CameraRefusal *refusal)
+void UvcCamera::lose()
 {
-    std::unique_ptr<UvcCamera> camera(new UvcCamera(unit, use));
-    camera->m_camera = videoNode(node).camera;
-    *refusal = camera->attach(node);
-    if (refusal->error)
-        camera.reset();
-    return camera;
+    close();
+    m_others.clear();
+    const auto nodes = videoNodes();
+    for (const VideoNode &node : nodes)
+        m_others << node.plugging;
 }
 
-/// Opens the node and checks the camera. If a check fails, the node stays open.
-CameraRefusal UvcCamera::attach(const QString &path)
+CameraRefusal UvcCamera::open()
+{
+    if (m_descriptor >= 0) {
+        // While the node is open, its number cannot pass to another camera.
+        if (videoNode(m_number).plugging == m_node.plugging)
+            return {};
+        lose();
+    }
+    return m_node.camera.isEmpty() ? openNode(m_name) : findAgain();
+}
+
+CameraRefusal UvcCamera::openNode(const QString &path)
 {
     v4l2_capability capability = {};
-    m_descriptor = openVideoNode(path, &capability);
+    m_descriptor = openVideoNode(path, &capability, &m_number);
     if (m_descriptor < 0)
-        return {CameraRefusal::CannotOpen, errno};
+        return {CameraRefusal::CannotOpen, errno, path};
+    const VideoNode node = videoNode(m_number);
+    CameraRefusal refusal = {CameraRefusal::NoCaptureNode, ENODEV};
+    if (capability.device_caps & V4L2_CAP_VIDEO_CAPTURE)
+        refusal = check(node);
+    refusal.node = path;
+    if (refusal.error)
+        close();
+    else
+        m_node = node;
+    return refusal;
+}
 
-    // While the node is open, its number cannot pass to another camera.
-    const VideoNode node = videoNode(path);
-    if (node.camera != m_camera)
-        return {CameraRefusal::ReplacedCamera, ENODEV};
-    if (!(capability.device_caps & V4L2_CAP_VIDEO_CAPTURE))
-        return {CameraRefusal::NoCaptureNode, ENODEV};
-    CameraRefusal refusal;
-    if (m_unit == 0)
-        refusal = chooseUnit(node);
-    if (!refusal.error && m_use == Use::ReadAndWrite)
+/// Looks for the camera after it was lost.
+CameraRefusal UvcCamera::findAgain()
+{
+    CameraRefusal refusal = {CameraRefusal::Disconnected, ENODEV, m_name};
+    auto nodes = videoNodes();
+    std::stable_partition(nodes.begin(), nodes.end(),
+                          [this](const VideoNode &node) { return node.port == m_node.port; });
+    for (const VideoNode &node : qAsConst(nodes)) {
+        if (!isThisCamera(node))
+            continue;
+        CameraRefusal found = openNode(node.path);
+        if (found.error == 0)
+            return found;
+        // The camera's metadata node does not capture.
+        if (refusal.reason == CameraRefusal::Disconnected &&
+            found.reason != CameraRefusal::NoCaptureNode)
+            refusal = found;
+    }
+    return refusal;
+}
+
+bool UvcCamera::isThisCamera(const VideoNode &node) const
+{
+    if (m_node.camera.isEmpty())
+        return true;
+    return node.camera == m_node.camera &&
+           (node.port == m_node.port || (node.hasSerial && !m_others.contains(node.plugging)));
+}
+
+CameraRefusal UvcCamera::check(const VideoNode &node)
+{
+    if (!isThisCamera(node))
+        return {CameraRefusal::Disconnected, ENODEV};
+    // Do not ask again for what cannot change: queries in a loop make some cameras hang.
+    if (!m_rejected.isEmpty() && node.plugging == m_rejected)
+        return m_rejection;
+    CameraRefusal refusal = chooseUnit(node);
+    if (!refusal.error && m_access == ReadWrite)
         refusal = checkControl(commandSelector, UVC_CONTROL_CAP_SET);
-    return refusal.error ? refusal : checkControl(statusSelector, UVC_CONTROL_CAP_GET);
+    if (!refusal.error)
+        refusal = checkControl(statusSelector, UVC_CONTROL_CAP_GET);
+    if (refusal.reason == CameraRefusal::WrongLength ||
+        refusal.reason == CameraRefusal::NotOffered) {
+        m_rejected = node.plugging;
+        m_rejection = refusal;
+    }
+    return refusal;
 }
 
 CameraRefusal UvcCamera::chooseUnit(const VideoNode &node)
 {
+    m_unit = m_wantedUnit;
+    if (m_unit != 0)
+        return {};
     QVector<int> all;
     QVector<int> fitting;
     for (const UnitDescriptor &unit : node.units) {
@@ -64,9 +122,9 @@ CameraRefusal UvcCamera::chooseUnit(const VideoNode &node)
             fitting << unit.number;
     }
     if (fitting.isEmpty())
-        return {CameraRefusal::NoUnit, ENOENT, all};
+        return {CameraRefusal::NoUnit, ENOENT, {}, all};
     if (fitting.size() > 1)
-        return {CameraRefusal::SeveralUnits, ENOENT, fitting};
+        return {CameraRefusal::SeveralUnits, ENOENT, {}, fitting};
     m_unit = fitting.first();
     return {};
 }
@@ -75,7 +133,7 @@ CameraRefusal UvcCamera::chooseUnit(const VideoNode &node)
 CameraRefusal UvcCamera::checkControl(int control, int capability)
 {
     const auto refusal = [&](CameraRefusal::Reason reason, int error, int length = 0) {
-        return CameraRefusal{reason, error, {}, m_unit, control, length};
+        return CameraRefusal{reason, error, {}, {}, m_unit, control, length};
     };
     TransferResult answer = query(UVC_GET_LEN, control, QByteArray(2, '\0'));
     if (answer.error)
@@ -93,43 +151,26 @@ CameraRefusal UvcCamera::checkControl(int control, int capability)
     return {};
 }
 
-/// Looks for the camera after it was unplugged. Returns 0 if it is back and can be used.
-int UvcCamera::attachAgain()
-{
-    int error = ENODEV;
-    const auto nodes = videoNodes();
-    for (const VideoNode &node : nodes) {
-        if (node.camera.isEmpty() || node.camera != m_camera)
-            continue;
-        const int refusal = attach(node.path).error;
-        if (refusal == 0)
-            return 0;
-        close();
-        // Ignore ENODEV: the camera's metadata node also causes it.
-        if (refusal != ENODEV)
-            error = refusal;
-    }
-    return error;
-}
-
 TransferResult UvcCamera::readStatus()
 {
-    if (m_descriptor < 0) {
-        if (const int error = attachAgain())
-            return {{}, error};
-    }
-    TransferResult answer = query(UVC_GET_CUR, statusSelector, QByteArray(m_statusLength, '\0'));
+    TransferResult answer = transfer(UVC_GET_CUR, statusSelector, QByteArray(m_statusLength, '\0'));
     answer.bytes.truncate(sizeof ExtensionUnit::data);
     return answer;
 }
 
 int UvcCamera::sendCommand(const QByteArray &command)
 {
-    if (m_use == Use::ReadOnly)
-        return EPERM;
+    return m_access == ReadOnly ? EPERM : transfer(UVC_SET_CUR, commandSelector, command).error;
+}
+
+TransferResult UvcCamera::transfer(quint8 request, int control, const QByteArray &bytes)
+{
     if (m_descriptor < 0)
-        return ENODEV;
-    return query(UVC_SET_CUR, commandSelector, command).error;
+        return {{}, ENODEV};
+    TransferResult result = query(request, control, bytes);
+    if (result.error == ENODEV)
+        lose();
+    return result;
 }
 
 /// Performs one transfer of bytes.size() bytes.
@@ -142,8 +183,5 @@ TransferResult UvcCamera::query(quint8 request, int control, QByteArray bytes)
     if (result == 0)
         return {bytes, 0};
     // Some kernels return the number of bytes if a transfer was too short.
-    const int error = result < 0 ? errno : EIO;
-    if (error == ENODEV)
-        close();
-    return {{}, error};
+    return {{}, result < 0 ? errno : EIO};
 }

@@ -39,7 +39,7 @@ QString listCameras()
         const int descriptor = openVideoNode(node.path, &capability);
         if (descriptor < 0) {
             const int error = errno;
-            text += transferError("Opening " + node.path, error) + '\n';
+            text += openingError(node.path, error) + '\n';
             continue;
         }
         ::close(descriptor);

@@ -2,15 +2,14 @@
 
 #include "camerapanel.h"
 #include "commandchannel.h"
-#include "errortexts.h"
 #include "look.h"
 #include "splitter.h"
+#include "statusline.h"
 #include "tracepanel.h"
 #include "transferqueue.h"
 
 #include <QChildEvent>
 #include <QGuiApplication>
-#include <QLabel>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
@@ -18,7 +17,6 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <cerrno>
 
 namespace {
 
@@ -27,26 +25,12 @@ constexpr int panelWidth = 374;
 constexpr int windowWidth = 1240;
 constexpr int windowHeight = 640;
 
-QString describe(const CameraCondition &condition)
-{
-    if (condition.read == CameraCondition::unknown)
-        return "The camera has not answered yet.";
-    if (condition.read == ENODEV)
-        return "The camera is disconnected. Changes that you make now will not be sent.";
-    if (condition.read != 0)
-        return "The camera is failing. " + transferError("Reading control 8", condition.read);
-    if (condition.write != 0)
-        return "The camera is connected. " + transferError("Setting control 7", condition.write);
-    return "The camera is connected.";
-}
-
 } // namespace
 
 HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedCamera *simulated)
-    : m_queue(queue)
-    , m_panelContainer(new QWidget)
+    : m_panelContainer(new QWidget)
     , m_reset(new QPushButton(tr("Reset to defaults")))
-    , m_condition(new QLabel)
+    , m_status(new StatusLine(queue))
 {
     setWindowTitle(tr("Camera control"));
     const double scale = std::max(1.0, logicalDpiX() / 96.0);
@@ -94,11 +78,8 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(margin, margin, margin, margin);
     layout->addWidget(columns, 1);
-    m_condition->setObjectName("lb_condition");
-    m_condition->setFont(Look::font());
-    // Do not let a long sentence widen the window.
-    m_condition->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-    layout->addWidget(m_condition);
+    m_status->setFont(Look::font());
+    layout->addWidget(m_status);
     QSize size(qRound(windowWidth * scale), qRound(windowHeight * scale));
     // Leave room for the title bar. The screen of the platform "offscreen" limits nobody.
     if (QGuiApplication::platformName() != "offscreen") {
@@ -108,8 +89,6 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
     resize(size);
 
     connect(&channel, &CommandChannel::transferred, trace, &TracePanel::add);
-    connect(&queue, &TransferQueue::conditionChanged, this, &HostWindow::showCondition);
-    showCondition();
 }
 
 bool HostWindow::eventFilter(QObject *watched, QEvent *event)
@@ -143,11 +122,4 @@ void HostWindow::putPanelFirst()
     // If the window was active before it had a panel, Qt has given the focus to the button.
     if (m_reset->hasFocus() && !testAttribute(Qt::WA_KeyboardFocusChange))
         setFocus();
-}
-
-void HostWindow::showCondition()
-{
-    const QString sentence = describe(m_queue.condition());
-    m_condition->setText(sentence);
-    m_condition->setToolTip(sentence);
 }

@@ -3,9 +3,9 @@
 #include <QWidget>
 
 class CommandChannel;
-class QLabel;
 class QPushButton;
 class SimulatedCamera;
+class StatusLine;
 class TransferQueue;
 
 /// The host's window: the plug-in's panel on the left, the trace of the channel on the right, the
@@ -20,6 +20,8 @@ public:
     /// Insert the panel here. The window owns it.
     QWidget *panelContainer() const { return m_panelContainer; }
 
+    StatusLine &statusLine() const { return *m_status; }
+
 Q_SIGNALS:
     /// The user pressed "Reset to defaults".
     void resetRequested();
@@ -29,10 +31,8 @@ protected:
 
 private:
     void putPanelFirst();
-    void showCondition();
 
-    const TransferQueue &m_queue;
     QWidget *m_panelContainer;
     QPushButton *m_reset;
-    QLabel *m_condition;
+    StatusLine *m_status;
 };

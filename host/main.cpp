@@ -1,5 +1,4 @@
 #include "cameralist.h"
-#include "commandchannel.h"
 #include "errortexts.h"
 #include "hostwindow.h"
 #include "language.h"
@@ -7,10 +6,13 @@
 #include "options.h"
 #include "orvpluginapi.h"
 #include "pluginfile.h"
+#include "processsetup.h"
+#include "session.h"
 #include "simulatedcamera.h"
+#include "statusline.h"
 #include "tour.h"
 #include "tracefile.h"
-#include "transferqueue.h"
+#include "transfertext.h"
 #include "uvccamera.h"
 
 #include <QApplication>
@@ -24,9 +26,7 @@
 #include <chrono>
 #include <clocale>
 #include <cstdio>
-#include <fcntl.h>
 #include <memory>
-#include <unistd.h>
 
 namespace {
 
@@ -46,27 +46,10 @@ int complain(const QString &sentence, int status = failed)
     return status;
 }
 
-/// Opens closed standard streams on /dev/null. Otherwise the trace or the connection to the display
-/// would take their place and receive their output.
-void openStandardStreams()
+std::shared_ptr<Camera> makeCamera(const Options &options, Camera::Access access)
 {
-    int file = -1;
-    do
-        file = ::open("/dev/null", O_RDWR);
-    while (file >= 0 && file <= STDERR_FILENO);
-    ::close(file);
-}
-
-/// Returns null and sets `error` to a sentence for the user if the camera cannot be used.
-std::shared_ptr<Camera> openCamera(const Options &options, QString *error)
-{
-    if (!options.camera.isEmpty()) {
-        const auto use = options.readOnly ? UvcCamera::Use::ReadOnly : UvcCamera::Use::ReadAndWrite;
-        CameraRefusal refusal;
-        auto camera = UvcCamera::open(options.camera, options.unit, use, &refusal);
-        *error = refusalText(options.camera, refusal);
-        return camera;
-    }
+    if (!options.camera.isEmpty())
+        return std::make_shared<UvcCamera>(options.camera, options.unit, access);
     auto camera = std::make_shared<SimulatedCamera>();
     camera->setStatus(options.status);
     camera->setFaults(options.faults);
@@ -92,19 +75,6 @@ QString pictureProblem(const QString &path)
     return file.open(QIODevice::WriteOnly) ? QString() : file.errorString();
 }
 
-/// Without a display, a tour or a picture of the window needs none.
-void doWithoutDisplay()
-{
-    for (const char *const variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
-        if (qEnvironmentVariableIsSet(variable))
-            return;
-    }
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    // This platform warns about its limits.
-    if (!qEnvironmentVariableIsSet("QT_LOGGING_RULES"))
-        qputenv("QT_LOGGING_RULES", "default.warning=false");
-}
-
 /// Writes the screenshot if the user asked for one, and ends the event loop.
 void finish(const Options &options, QWidget &window, bool agreed)
 {
@@ -114,42 +84,43 @@ void finish(const Options &options, QWidget &window, bool agreed)
     QCoreApplication::exit(agreed && written ? 0 : failed);
 }
 
-int showPanel(const Options &options, const PluginFile &plugin,
-              const std::shared_ptr<Camera> &camera, TraceFile &trace)
+int runSession(const Options &options, const PluginFile &plugin, TraceFile &trace)
 {
-    TransferQueue queue(camera,
-                        options.readOnly ? TransferQueue::ReadOnly : TransferQueue::ReadWrite);
-    CommandChannel channel(queue, options.language);
-    QObject::connect(&channel, &CommandChannel::transferred, &trace, &TraceFile::add);
-    auto *const simulated = dynamic_cast<SimulatedCamera *>(camera.get());
+    const auto access = options.readOnly ? Camera::ReadOnly : Camera::ReadWrite;
     Language::install(options.language);
-    HostWindow window(queue, channel, simulated);
-    // Declared after the window, so that the instance is deleted before the panel's container.
-    const std::unique_ptr<QObject> instance(plugin.object);
+    Session session(makeCamera(options, access), access, plugin, options.language);
+    QObject::connect(&session.channel(), &CommandChannel::transferred, &trace, &TraceFile::add);
+    HostWindow window(session.queue(), session.channel(), session.simulated());
+    QObject::connect(&trace, &TraceFile::failed, &window, [&window](const QString &sentence) {
+        window.statusLine().setNotice(inWindowLanguage(sentence));
+    });
     std::unique_ptr<Tour> tour;
     if (options.tour)
-        tour = std::make_unique<Tour>(simulated, channel, window);
+        tour = std::make_unique<Tour>(session.simulated(), session.channel(), window);
 
-    plugin.api->commandChannel = [&channel](int kind, const QVariant &record) {
-        return channel.request(kind, record);
-    };
-    plugin.api->insertWidget(window.panelContainer());
-    QObject::connect(&window, &HostWindow::resetRequested, &window,
-                     [&plugin] { plugin.api->resetToDefault(); });
+    session.showPanelIn(window.panelContainer());
+    QObject::connect(&session, &Session::refused, &window, [](const CameraRefusal &refusal) {
+        QCoreApplication::exit(complain(refusalText(refusal)));
+    });
+    QObject::connect(&window, &HostWindow::resetRequested, &session, &Session::resetToDefault);
     window.show();
 
     if (tour) {
         QObject::connect(tour.get(), &Tour::finished, &window,
                          [&](bool agreed) { finish(options, window, agreed); });
     } else if (!options.screenshot.isEmpty()) {
-        QTimer::singleShot(settleTime, &window, [&] { finish(options, window, true); });
+        QObject::connect(&session, &Session::panelCreated, &window, [&] {
+            QTimer::singleShot(settleTime, &window, [&] { finish(options, window, true); });
+        });
     }
-    // If the window is closed early, the host must not exit with status 0 before the tour or the
-    // screenshot is done.
-    QApplication::setQuitOnLastWindowClosed(!options.tour && options.screenshot.isEmpty());
+    // If the window is closed or a signal comes early, the host must not exit with status 0 before
+    // the tour or the screenshot is done.
+    const bool hasTask = options.tour || !options.screenshot.isEmpty();
+    QApplication::setQuitOnLastWindowClosed(!hasTask);
+    ProcessSetup::exitOnSignals(window, hasTask ? failed : 0);
     const int status = QApplication::exec();
     window.hide();
-    queue.finish();
+    session.end();
     return trace.finish() ? status : failed;
 }
 
@@ -175,20 +146,21 @@ int runHost(const Options &options)
     TraceFile trace;
     QObject::connect(&trace, &TraceFile::failed, &trace,
                      [](const QString &sentence) { complain(sentence); });
-    QString error;
-    if (!options.trace.isEmpty())
-        error = trace.open(options.trace);
-    if (!error.isEmpty())
-        return complain(error);
-    const std::shared_ptr<Camera> camera = openCamera(options, &error);
-    return camera ? showPanel(options, plugin, camera, trace) : complain(error);
+    if (!options.trace.isEmpty()) {
+        const QString error = trace.open(options.trace);
+        if (!error.isEmpty()) {
+            delete plugin.object;
+            return complain(error);
+        }
+    }
+    return runSession(options, plugin, trace);
 }
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    openStandardStreams();
+    ProcessSetup::openStandardStreams();
     // QString::fromLocal8Bit() needs the locale. Qt sets it only with an application object.
     std::setlocale(LC_ALL, "");
     QStringList arguments;
@@ -207,7 +179,7 @@ int main(int argc, char *argv[])
                                        : listCameras());
     }
     if (options.tour || !options.screenshot.isEmpty())
-        doWithoutDisplay();
+        ProcessSetup::doWithoutDisplay();
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     const QApplication application(argc, argv);
     Look::applyDark();

@@ -38,20 +38,22 @@ struct MockCamera
     }
     ~MockCamera() { unplug(); }
 
-    /// Adds the nodes /dev/video<number> and /dev/video<number + 1>, always at the same port.
-    void plugIn(int number)
+    /// Adds the nodes /dev/video<number> and /dev/video<number + 1>.
+    void plugIn(int number, const QByteArray &port = "1-2.3")
     {
+        static int plugged = 0;
         captureNode = "/dev/video" + QByteArray::number(number);
-        const QByteArray port = "/devices/1-2.3";
-        const QByteArray interface = port + "/1-2.3:1.0";
-        add(port, "E: SUBSYSTEM=usb\nA: idVendor=12ab\nA: idProduct=00cd\nA: serial=" + serial +
-                      "\nH: descriptors=" + descriptors.toHex());
+        const QByteArray device = "/devices/" + port;
+        const QByteArray interface = device + '/' + port + ":1.0";
+        add(device, "E: SUBSYSTEM=usb\nA: idVendor=12ab\nA: idProduct=00cd\nA: serial=" + serial +
+                        "\nA: devnum=" + QByteArray::number(++plugged) +
+                        "\nH: descriptors=" + descriptors.toHex());
         add(interface, "E: SUBSYSTEM=usb");
         for (const int node : {number, number + 1}) {
             const QByteArray name = "video" + QByteArray::number(node);
-            add(interface + "/video4linux/" + name, "N: " + name + "=00\nE: DEVNAME=/dev/" + name +
-                                                        "\nE: SUBSYSTEM=video4linux\n"
-                                                        "L: device=../../../1-2.3:1.0");
+            add(interface + "/video4linux/" + name,
+                "N: " + name + "=00\nE: DEVNAME=/dev/" + name +
+                    "\nE: SUBSYSTEM=video4linux\nA: dev=81:" + QByteArray::number(node));
             umockdev_testbed_detach_ioctl(testbed.get(), "/dev/" + name, nullptr);
             umockdev_testbed_attach_ioctl(testbed.get(), "/dev/" + name, handler.get(), nullptr);
         }
@@ -66,6 +68,7 @@ struct MockCamera
 
     std::map<int, Control> controls = {{7, {}}, {8, {60, 1}}};
     std::map<int, int> replies; ///< to a request such as UVC_SET_CUR; negative: errno; 0: as usual
+    int queries = 0;            ///< number of requests to controls
     int writes = 0;             ///< number of commands, including failed ones
     QByteArray written;         ///< the last command that succeeded
 
@@ -108,6 +111,7 @@ private:
         if (request != UVCIOC_CTRL_QUERY || !isCapture)
             return -ENOTTY;
         UMockdevIoctlData *const data = resolve(argument, 0, sizeof(uvc_xu_control_query));
+        ++queries;
         const auto query = *reinterpret_cast<const uvc_xu_control_query *>(data->data);
         const size_t offset = offsetof(uvc_xu_control_query, data);
         writes += query.query == UVC_SET_CUR;

@@ -138,6 +138,10 @@ private Q_SLOTS:
         Host slow({"--tour", "--fault", "delay=20", "--status", "0,0,1,2,3", "--screenshot",
                    picture, "--trace", trace});
         Host unplugged({"--tour", "--fault", "unplugged", "--language", "zh"});
+        Host ended({"--tour"});
+        QVERIFY(QTest::qWaitFor([&] { return ended.process.peek(10000).contains("1. "); }));
+        ended.process.terminate();
+        QCOMPARE(ended.exitCode(), 1); // not a crash
 
         QCOMPARE(unplugged.exitCode(), 1);
         QVERIFY(unplugged.output.contains("language: 0"));

@@ -1,3 +1,4 @@
+#include "statusline.h"
 #include "testmain.h"
 #include "trackingprotocol.h"
 #include "transferqueue.h"
@@ -16,6 +17,20 @@ constexpr int unlimited = std::numeric_limits<int>::max();
 /// A camera whose transfers end when the test allows it.
 struct HeldCamera : Camera
 {
+    explicit HeldCamera(int itsAllowed)
+        : allowed(itsAllowed)
+    {
+    }
+    QString name() const override { return "held"; }
+    CameraRefusal open() override
+    {
+        ++opened;
+        while (allowed < 0)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        const int why = refusal;
+        return {why == ENODEV ? CameraRefusal::Disconnected : CameraRefusal::CannotOpen, why,
+                name()};
+    }
     TransferResult readStatus() override
     {
         const QByteArray block(TrackingProtocol::blockLength, char(state));
@@ -34,24 +49,27 @@ struct HeldCamera : Camera
 
     std::atomic<int> state{1}; ///< value of the blocks' bytes
     std::atomic<int> error{0};
-    std::atomic<int> begun{0};           ///< number of transfers
-    std::atomic<int> allowed{unlimited}; ///< number of transfers that may end
-    std::atomic<int> pause{0};           ///< ms between the last two transfers
+    std::atomic<int> refusal{0}; ///< errno of open()
+    std::atomic<int> opened{0};  ///< number of calls of open()
+    std::atomic<int> begun{0};   ///< number of transfers
+    std::atomic<int> allowed;    ///< number of transfers that may end; -1: not even open() may
+    std::atomic<int> pause{0};   ///< ms between the last two transfers
     QElapsedTimer sinceLast;
 };
 
 /// A queue with a held camera. Records what the queue reports.
 struct HeldQueue
 {
-    explicit HeldQueue(TransferQueue::Access access = TransferQueue::ReadWrite)
-        : queue(camera, access)
+    explicit HeldQueue(Camera::Access access = Camera::ReadWrite, int allowed = unlimited)
+        : camera(std::make_shared<HeldCamera>(allowed))
+        , queue(camera, access)
     {
         QObject::connect(&queue, &TransferQueue::transferred, &queue, [this](const Transfer &did) {
             const QString content = did.isStatusRead() ? did.bytes.left(1).toHex() : did.meaning;
             said << QStringList({directionText(did), content, resultText(did)}).join(' ');
         });
     }
-    ~HeldQueue() { camera->allowed = unlimited; }
+    ~HeldQueue() { release(); }
 
     void send(int setting, int value)
     {
@@ -75,9 +93,10 @@ struct HeldQueue
         camera->allowed = unlimited;
     }
 
-    std::shared_ptr<HeldCamera> camera = std::make_shared<HeldCamera>();
+    const std::shared_ptr<HeldCamera> camera;
     QStringList said; // outlives the queue, which still reports in its destructor
     TransferQueue queue;
+    StatusLine status{queue};
 };
 
 class TestQueue : public Test
@@ -151,7 +170,8 @@ private Q_SLOTS:
         }
         QVERIFY(held.camera->pause >= 999); // the first pause is 0.5 s, the second 1 s
         QVERIFY(held.said.contains("get  not sent"));
-        QCOMPARE(held.queue.condition().read, EIO);
+        QVERIFY(held.status.text().startsWith(
+            "The camera is failing. Reading control 8 failed: EIO, the camera refused"));
         held.release(EIO);
         QTRY_COMPARE(held.said.count("get  EIO"), 3);
         held.release();
@@ -159,41 +179,69 @@ private Q_SLOTS:
         QTRY_COMPARE(held.said.last(), "set Type: Hand ok");
         QTRY_COMPARE(held.read(), 1);
         QTRY_VERIFY(held.read() && held.camera->pause < 400);
-        QCOMPARE(held.queue.condition().read, 0);
+        QCOMPARE(held.status.text(), "The camera is connected.");
     }
 
     void disconnected()
     {
         HeldQueue held;
-        QSignalSpy conditions(&held.queue, &TransferQueue::conditionChanged);
         held.hold();
         held.send(0x10, 1);
         held.send(0x07, 2); // waits, and fails with the first one
+        QTRY_COMPARE(held.status.text(),
+                     "The camera is connected. 1 command waiting, transfer running for 1 s.");
+        held.camera->refusal = ENODEV;
         held.release(ENODEV);
         QTRY_COMPARE(held.said.join(", "), "set Type: Hand ENODEV, event disconnected ENODEV, "
                                            "set Mode: Sport ENODEV");
+        held.said.clear();
         held.send(0x04, 1);
-        QCOMPARE(held.said.last(), "set Tracking: on ENODEV");
-        QCOMPARE(held.camera->begun, 1);
-        held.camera->error = EIO; // back, but not usable yet
         QCOMPARE(held.read(), 0);
-        QTRY_COMPARE(held.said.last(), "get  EIO");
-        QCOMPARE(held.queue.condition().read, ENODEV);
-        QCOMPARE(conditions.size(), 1);
+        QVERIFY(held.status.text().startsWith("The camera is disconnected."));
+        held.camera->refusal = EACCES; // back, but not usable
+        QTRY_VERIFY(held.status.text().startsWith(
+            "The camera is plugged in again but cannot be used. Opening held failed: EACCES"));
+        held.camera->refusal = 0;
+        held.camera->error = 0;
+        QTRY_COMPARE(held.said.join(", "),
+                     "set Tracking: on ENODEV, get  not sent, event cannot be used EACCES, "
+                     "event back ok");
+        QCOMPARE(held.camera->begun, 1);   // looking for the camera causes no transfers
+        QVERIFY(held.camera->opened <= 4); // about once a second
+
+        // A command that failed is remembered until the same setting succeeds.
+        held.send(0x10, 0);
+        QTRY_COMPARE(held.said.last(), "set Type: Basic ok");
+        const QString why(" was not accepted: ENODEV, the camera was unplugged. Plug it in again.");
+        QCOMPARE(held.status.text(),
+                 "The camera is connected. Tracking: on" + why + " Mode: Sport" + why);
+        held.camera->refusal = ENODEV; // unplugged while there is nothing to transfer
+        QTRY_COMPARE(held.said.last(), "event disconnected ENODEV");
+    }
+
+    void opening()
+    {
+        HeldQueue held(Camera::ReadWrite, -1);
+        held.send(0x10, 1);
+        held.queue.prefetchStatus();
+        QTRY_COMPARE(held.status.text(), "Opening held. 1 command waiting.");
+        QCOMPARE(held.camera->begun, 0);
         held.release();
-        QTRY_VERIFY(held.read() != 0);
-        QCOMPARE(held.said.filter("event").join(", "), "event disconnected ENODEV, event back ok");
-        QCOMPARE(held.queue.condition().write, 0); // the failed command is forgotten
-        held.send(0x04, 0);
-        QTRY_COMPARE(held.said.last(), "set Tracking: off ok");
+        QTRY_COMPARE(held.said.join(", "), "set Type: Hand ok, get 01 ok");
+        held.camera->state = 2;
+        QCOMPARE(held.read(), 1); // what was read first, without another transfer
+        QCOMPARE(held.read(), 2);
     }
 
     void readOnly()
     {
-        HeldQueue held(TransferQueue::ReadOnly);
+        HeldQueue held(Camera::ReadOnly);
         held.send(0x10, 1);
         QCOMPARE(held.read(), 1);
         QCOMPARE(held.said.join(", "), "set Type: Hand not sent, get 01 ok");
+        held.status.setNotice("The trace is full.");
+        QCOMPARE(held.status.text(),
+                 "The trace is full. Read-only: no commands are sent. The camera is connected.");
     }
 
     void finish()
@@ -202,7 +250,7 @@ private Q_SLOTS:
             {"nothing", "set Mode: Standard ok, set Tracking: on ok"},
             {"held command",
              "set Type: Hand ETIMEDOUT, set Mode: Standard not sent, set Tracking: on not sent"},
-            {"held read", ""},
+            {"held read", "get  ETIMEDOUT"},
             {"read that ends", "get 01 ok"},
         };
         for (const auto &[inFlight, said] : rows) {
@@ -221,8 +269,14 @@ private Q_SLOTS:
                     held.send(setting, 1);
             if (state.contains("ends"))
                 held.release();
+            QSignalSpy reports(&held.queue, &TransferQueue::transferred);
             held.queue.finish();
             QCOMPARE(held.said.join(", "), QString(said));
+            if (state.startsWith("held")) {
+                const auto hung = reports.takeFirst().at(0).value<Transfer>();
+                QVERIFY(hung.duration >= (state.contains("read") ? 100 : 2000));
+                QVERIFY(hung.time.addMSecs(hung.duration) <= QDateTime::currentDateTime());
+            }
 
             // The end of an abandoned transfer is not reported, and no other transfer begins.
             const int begun = held.camera->begun;

@@ -49,36 +49,37 @@ private Q_SLOTS:
             int unit = 0;
             MockCamera::Control command = {};
             MockCamera::Control status = {};
-            UvcCamera::Use use = UvcCamera::Use::ReadAndWrite;
+            Camera::Access access = Camera::ReadWrite;
         } rows[] = {
             {"", foreign},
             {"", two, "video0", 4},
             {"controls 7 and 8: 4, 5. Choose one with --unit.", two},
-            {"its units: none. Choose one with --unit.", head},
+            {"/dev/video0 has no extension unit.", head},
             {"its units: 4, 5. Choose one with --unit.", parts},
-            {"7 of unit 9 cannot be set: GET_LEN failed: ENOENT", oneUnit, "video0", 9},
+            {"7 of unit 9 cannot be set: GET_LEN: ENOENT", oneUnit, "video0", 9},
             {"/dev/video1 is not a capture node", oneUnit, "video1"},
             {"Opening /dev/video9 failed: ENOENT", oneUnit, "video9"},
-            {"Opening /dev/null failed: ENOTTY", oneUnit, "null"},
-            {"set: it has 32 bytes, not 60.", oneUnit, "video0", 0, {32}},
+            {"Opening /dev/null failed: ENOTTY, this is not a video device", oneUnit, "null"},
+            {"set: it has 32 bytes.", oneUnit, "video0", 0, {32}},
             {"7 of unit 4 cannot be set: the camera", oneUnit, "video0", 0, {60, 1}},
             {"read: it has 0 bytes.", oneUnit, "video0", 0, {}, {0}},
             {"8 of unit 4 cannot be read: the", oneUnit, "video0", 0, {}, {60, 2}},
-            {"", oneUnit, "video0", 0, {32, 1}, {}, UvcCamera::Use::ReadOnly},
+            {"", oneUnit, "video0", 0, {32, 1}, {}, Camera::ReadOnly},
         };
         for (const auto &row : rows) {
             MockCamera mock("A1", row.descriptors);
             mock.controls = {{7, row.command}, {8, row.status}};
             mock.plugIn(0);
             const QString node = QString("/dev/") + row.node;
-            CameraRefusal refusal;
-            const auto camera = UvcCamera::open(node, row.unit, row.use, &refusal);
-            const QString text = refusalText(node, refusal);
+            UvcCamera camera(node, row.unit, row.access);
+            QCOMPARE(camera.readStatus().error, ENODEV); // not open yet
+            const CameraRefusal refusal = camera.open();
+            const QString text = refusalText(refusal);
             QVERIFY2(text.contains(row.refusal), qPrintable(text));
             QCOMPARE(text.isEmpty(), *row.refusal == '\0');
-            QCOMPARE(camera != nullptr, text.isEmpty());
-            if (row.use == UvcCamera::Use::ReadOnly)
-                QCOMPARE(camera->sendCommand(QByteArray(32, 'c')), EPERM);
+            QCOMPARE(refusal.error == 0, text.isEmpty());
+            if (row.access == Camera::ReadOnly)
+                QCOMPARE(camera.sendCommand(QByteArray(32, 'c')), EPERM);
             QCOMPARE(mock.writes, 0);
         }
     }
@@ -87,45 +88,84 @@ private Q_SLOTS:
     {
         MockCamera mock("A1", oneUnit);
         mock.plugIn(0);
-        CameraRefusal refusal;
-        const auto use = UvcCamera::Use::ReadAndWrite;
-        const auto camera = UvcCamera::open("/dev/video0", 0, use, &refusal);
-        QVERIFY(camera);
+        UvcCamera camera("/dev/video0", 0, Camera::ReadWrite);
+        QCOMPARE(camera.open().error, 0);
         for (const auto &[reply, error] :
              {std::pair(-EPIPE, EPIPE), {-ENODEV, ENODEV}, {12, EIO}}) {
             mock.replies[UVC_SET_CUR] = reply;
-            QCOMPARE(camera->sendCommand(command), error);
-            QCOMPARE(camera->readStatus().error, 0);
+            QCOMPARE(camera.sendCommand(command), error);
+            QCOMPARE(camera.open().error, 0);
             mock.replies[UVC_GET_CUR] = reply;
-            QCOMPARE(camera->readStatus().error, error);
+            QCOMPARE(camera.readStatus().error, error);
             mock.replies.clear();
-            QCOMPARE(camera->readStatus().bytes, QByteArray(60, 's'));
+            QCOMPARE(camera.open().error, 0);
         }
         QCOMPARE(mock.writes, 3); // no retries
-        QCOMPARE(camera->sendCommand(command), 0);
+        mock.queries = 0;
+        QCOMPARE(camera.open().error, 0);
+        QCOMPARE(mock.queries, 0); // Checks only a camera that was gone.
+        QCOMPARE(camera.readStatus().bytes, QByteArray(60, 's'));
+        QCOMPARE(camera.sendCommand(command), 0);
         QCOMPARE(mock.written, command);
+        mock.queries = 0;
         mock.unplug();
-        QCOMPARE(camera->sendCommand(command), ENODEV);
-        QCOMPARE(camera->readStatus().error, ENODEV);
+        mock.plugIn(0); // before the next look
+        QCOMPARE(camera.open().error, 0);
+        QCOMPARE(mock.queries, 4); // the length and capabilities of both controls
+    }
 
+    void comingBack()
+    {
+        MockCamera mock("A1", oneUnit);
+        mock.plugIn(0);
+        MockCamera twin("A1", oneUnit); // with the same made-up serial number
+        twin.plugIn(2, "1-3");
+        UvcCamera camera("/dev/video0", 0, Camera::ReadWrite);
+        QCOMPARE(camera.open().error, 0);
+        mock.unplug();
+        QCOMPARE(camera.open().reason, CameraRefusal::Disconnected); // without a transfer
+        QCOMPARE(camera.sendCommand(command), ENODEV);
         MockCamera other("A2", oneUnit);
         other.plugIn(0);
-        QCOMPARE(camera->readStatus().error, ENODEV);
-        QCOMPARE(camera->sendCommand(command), ENODEV);
-        QCOMPARE(other.writes, 0);
+        QCOMPARE(camera.open().reason, CameraRefusal::Disconnected);
+        QCOMPARE(twin.queries + other.queries, 0);
         other.unplug();
 
-        // The camera is back but cannot be used yet.
-        mock.writes = 0;
-        mock.replies[UVC_GET_INFO] = -EPIPE;
+        // Another node of the same port. It is asked again if the answer may change.
+        mock.replies[UVC_GET_INFO] = -EBUSY;
         mock.plugIn(4);
-        QCOMPARE(camera->readStatus().error, EPIPE);
-        QCOMPARE(camera->sendCommand(command), ENODEV);
+        const QString busy = refusalText(camera.open());
+        QVERIFY2(busy.contains("GET_INFO: EBUSY, the camera is not ready"), qPrintable(busy));
+        QCOMPARE(camera.sendCommand(command), ENODEV);
         mock.replies.clear();
-        mock.controls[8].length = 300; // more than a record holds
-        QCOMPARE(camera->readStatus().bytes, QByteArray(255, 's'));
-        QCOMPARE(mock.writes, 0);
-        QCOMPARE(camera->sendCommand(command), 0);
+        mock.controls[7].length = 32;
+        QCOMPARE(camera.open().reason, CameraRefusal::WrongLength);
+        mock.queries = 0;
+        QCOMPARE(camera.open().reason, CameraRefusal::WrongLength);
+        QCOMPARE(mock.queries, 0); // Asks no more.
+        mock.unplug();
+        QCOMPARE(camera.open().reason, CameraRefusal::Disconnected);
+
+        // Another port. The new status control is larger than a record.
+        mock.controls = {{7, {}}, {8, {300, 1}}};
+        mock.plugIn(0, "2-1");
+        QCOMPARE(camera.open().error, 0);
+        QCOMPARE(camera.readStatus().bytes, QByteArray(255, 's'));
+        QCOMPARE(mock.writes + twin.queries, 0);
+
+        // Without serial numbers, only the port tells cameras apart.
+        mock.unplug();
+        MockCamera plain("", oneUnit);
+        plain.plugIn(0);
+        UvcCamera unnamed("/dev/video0", 0, Camera::ReadOnly);
+        QCOMPARE(unnamed.open().error, 0);
+        plain.unplug();
+        QCOMPARE(unnamed.open().reason, CameraRefusal::Disconnected);
+        plain.plugIn(0, "2-1");
+        QCOMPARE(unnamed.open().reason, CameraRefusal::Disconnected);
+        plain.unplug();
+        plain.plugIn(4);
+        QCOMPARE(unnamed.open().error, 0);
     }
 
     void listing()
