@@ -91,11 +91,13 @@ install_missing() {
 # above 2.
 #
 # apt gives dpkg a terminal of its own, so Ctrl-C does not stop dpkg half-way. Because stdin is not the
-# terminal, apt does not change the terminal's settings, which the progress line needs.
+# terminal, sudo and apt leave its settings alone: Ctrl-C always reaches this script, too.
 apt_install() {
-    as_root apt-get update -qq -o APT::Status-Fd=1 &&
-        as_root sh -c 'DEBIAN_FRONTEND=noninteractive exec apt-get install -y -qq \
-            --no-install-recommends -o APT::Status-Fd=3 "$@" 3>&1' sh "$@" </dev/null
+    {
+        as_root apt-get update -qq -o APT::Status-Fd=1 &&
+            as_root sh -c 'DEBIAN_FRONTEND=noninteractive exec apt-get install -y -qq \
+                --no-install-recommends -o APT::Status-Fd=3 "$@" 3>&1' sh "$@"
+    } </dev/null
 }
 
 # install_build_tools [package...]: installs what builds need, and the given packages.
