@@ -18,9 +18,13 @@ show() {
 # show_progress <log>: copies its input to the log and shows the progress of apt and ninja. Returns the
 # number in the line "status: <number>", because an exit status does not pass through a pipe.
 show_progress() {
-    trap '' INT # after Ctrl-C apt finishes its current step and still writes
+    # After Ctrl-C apt finishes its current step, which may take a minute, and still writes. Ctrl-C also
+    # interrupts the read.
+    trap 'interrupted=yes; show; say "Stopping after the current step." >&2' INT
+    interrupted=
     outcome=130 # Ctrl-C ends the shell that would have printed that line
-    while IFS= read -r line; do
+    while IFS= read -r line || [ -n "$interrupted" ]; do
+        interrupted=
         case $line in
         \[*/*\]*)
             count=${line%%]*}
