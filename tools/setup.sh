@@ -22,7 +22,7 @@ show_progress() {
     # interrupts the read.
     trap 'interrupted=yes; show; say "Stopping after the current step." >&2' INT
     interrupted=
-    outcome=130 # Ctrl-C ends the shell that would have printed that line
+    outcome=1
     while IFS= read -r line || [ -n "$interrupted" ]; do
         interrupted=
         case $line in
@@ -77,12 +77,12 @@ install_missing() {
     [ -n "$missing" ] || return 0
     # dpkg leaves files here if it was interrupted. apt then refuses to work.
     if [ -n "$(ls -A /var/lib/dpkg/updates)" ]; then
-        say "An earlier installation was interrupted. Run this as root, then try again:" \
-            "dpkg --configure -a" >&2
+        say "An earlier installation was interrupted. Run this as root, then try again:" >&2
+        say "  dpkg --configure -a" >&2
         exit 1
     elif [ "$(id -u)" -ne 0 ] && ! command -v sudo >/dev/null; then
-        say "Packages are missing, and there is no sudo. Run this as root, then try again:" \
-            "apt-get update && apt-get install --no-install-recommends$missing" >&2
+        say "Packages are missing, and there is no sudo. Run this as root, then try again:" >&2
+        say "  apt-get update && apt-get install --no-install-recommends$missing" >&2
         exit 1
     fi
     say "Installing missing packages:$missing" >&2
