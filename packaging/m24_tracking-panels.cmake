@@ -1,8 +1,11 @@
+# Not CMAKE_CURRENT_FUNCTION_LIST_DIR, which needs CMake 3.17.
+set(m24_panels_folder ${CMAKE_CURRENT_LIST_DIR})
+
 # m24_add_settings_panel(<target> [<source>...]): adds the module of a settings panel. It exports only
 # Qt's two entry points, so that panels cannot interfere with each other. It stays mapped, because its
 # meta-types, timers and accessibility factories may be used after the host has unloaded it.
 function(m24_add_settings_panel target)
-    set(exports ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/settingspanel.map)
+    set(exports ${m24_panels_folder}/settingspanel.map)
     add_library(${target} MODULE ${ARGN})
     set_target_properties(${target} PROPERTIES AUTOMOC ON LINK_DEPENDS ${exports})
     target_link_libraries(${target} PRIVATE m24::api)
@@ -28,7 +31,7 @@ function(m24_add_panel_checks target)
     list(JOIN skip " " skip)
     # ctest gets the list of checks, because a checker from this build does not exist yet.
     set(tests ${CMAKE_CURRENT_BINARY_DIR}/${target}-checktests.cmake)
-    configure_file(${CMAKE_CURRENT_FUNCTION_LIST_DIR}/m24_tracking-checktests.cmake.in ${tests}.in @ONLY)
+    configure_file(${m24_panels_folder}/m24_tracking-checktests.cmake.in ${tests}.in @ONLY)
     file(GENERATE OUTPUT ${tests} INPUT ${tests}.in)
     set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${tests})
 endfunction()

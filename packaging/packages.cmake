@@ -16,21 +16,26 @@ function(compress output input)
     add_custom_target(compress_${name} ALL DEPENDS ${output})
 endfunction()
 
-# man_page(<program> <description>): makes a page of section 1 from the program's --help. The path is
-# relative because help2man passes it to a shell without quotes, and the build folder's path may have
-# spaces.
+# man_page(<program> <description> <other page>...): makes a page of section 1 from the program's --help.
+# The paths are relative because help2man passes them to a shell without quotes, and the build folder's
+# path may have spaces.
 function(man_page program description)
     set(page ${PROJECT_BINARY_DIR}/${program}.1)
+    list(TRANSFORM ARGN REPLACE "^(.+)(\\(.\\))$" ".BR \\1 \\2" OUTPUT_VARIABLE others)
+    list(JOIN others ",\n" others)
+    file(WRITE ${page}.extra "[SEE ALSO]\n${others}\n")
     add_custom_command(OUTPUT ${page}
-        COMMAND ${HELP2MAN} --no-info --name=${description} --output=${page}
+        COMMAND ${HELP2MAN} --no-info --name=${description} --include=${program}.1.extra --output=${page}
             $<PATH:RELATIVE_PATH,$<TARGET_FILE:${program}>,${PROJECT_BINARY_DIR}>
-        WORKING_DIRECTORY ${PROJECT_BINARY_DIR} DEPENDS ${program} VERBATIM)
+        WORKING_DIRECTORY ${PROJECT_BINARY_DIR} DEPENDS ${program} ${page}.extra VERBATIM)
     compress(${page}.gz ${page})
     install(FILES ${page}.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT programs)
 endfunction()
 
-man_page(orvhost "load a settings panel for cameras and give it a camera")
-man_page(orvcheck "check whether a settings panel for cameras keeps the contract")
+man_page(orvhost "load a settings panel for cameras and give it a camera"
+    "orvcheck(1)" "orv_hostcheck(7)")
+man_page(orvcheck "check whether a settings panel for cameras keeps the contract"
+    "orvhost(1)" "orv_hostcheck(7)")
 # The module has no --help.
 set(page ${PROJECT_BINARY_DIR}/orv_hostcheck.7)
 set(m24_module_folder ${CMAKE_INSTALL_PREFIX}/${m24_modules})
@@ -46,8 +51,12 @@ foreach(component IN LISTS components)
     install(FILES ${PROJECT_BINARY_DIR}/changelog.gz ${CMAKE_CURRENT_LIST_DIR}/copyright
         DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package} COMPONENT ${component})
 endforeach()
+# The documents and examples keep their places relative to each other, so that links work.
 install(DIRECTORY examples
     DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${development_package} COMPONENT development)
+install(FILES docs/host.md docs/wire.md docs/life.svg docs/hostcheck.png docs/panel-en.png
+        docs/panel-zh.png
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${development_package}/docs COMPONENT development)
 
 set(CPACK_COMPONENT_PLUGIN_DESCRIPTION "settings panel for a camera's subject tracking
 A Qt 5 plug-in for camera-control applications. It adds one settings panel,
@@ -55,6 +64,8 @@ A Qt 5 plug-in for camera-control applications. It adds one settings panel,
 and how the picture is composed. It also shows changes of tracking and type
 that were made elsewhere.")
 set(CPACK_DEBIAN_PLUGIN_PACKAGE_SECTION video)
+# For the panel in Chinese.
+set(CPACK_DEBIAN_PLUGIN_PACKAGE_RECOMMENDS "fonts-wqy-microhei | fonts-noto-cjk")
 
 set(CPACK_COMPONENT_PROGRAMS_DESCRIPTION "reference host and checks for camera settings panels
 The program orvhost loads a settings-panel plug-in and gives it a camera to
@@ -63,13 +74,15 @@ camera and can simulate faults. The program orvcheck checks whether a panel
 keeps the contract with its host. The module orv_hostcheck, loaded in place
 of a panel, checks the host.")
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_SECTION devel)
+# For Qt's own dialogs in Chinese.
+set(CPACK_DEBIAN_PROGRAMS_PACKAGE_RECOMMENDS "qttranslations5-l10n")
 set(CPACK_DEBIAN_PROGRAMS_PACKAGE_DEPENDS "${plugin_package} (= ${PROJECT_VERSION}), binutils")
 
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "interface and widgets for camera settings panels
 Everything needed to write a settings panel for camera-control applications, or
 an application that loads such panels: the interface between the two, a static
 library of widgets, the pictures that a host provides, a package configuration
-for CMake and two small examples.")
+for CMake, documentation and two small examples.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "qtbase5-dev, libqt5svg5-dev")
 # Suggested for m24_add_panel_checks(), which needs orvcheck.

@@ -15,12 +15,16 @@ show() {
     fi
 }
 
-# show_progress <log>: copies its input to the log and shows the progress of apt and ninja. Fails if the
-# input has the line "failed!", because an exit status does not pass through a pipe.
+# show_progress <log>: copies its input to the log and shows the progress of apt and ninja. Returns the
+# number in the line "status: <number>", because an exit status does not pass through a pipe.
 show_progress() {
-    trap '' INT # after Ctrl-C apt finishes its current step and still writes
-    outcome=0
-    while IFS= read -r line; do
+    # After Ctrl-C apt finishes its current step, which may take a minute, and still writes. Ctrl-C also
+    # interrupts the read.
+    trap 'interrupted=yes; show; say "Stopping after the current step." >&2' INT
+    interrupted=
+    outcome=1
+    while IFS= read -r line || [ -n "$interrupted" ]; do
+        interrupted=
         case $line in
         \[*/*\]*)
             count=${line%%]*}
@@ -32,7 +36,7 @@ show_progress() {
             percent=${percent##*:}
             show "  ${percent%.*}% ${line##*:}"
             ;;
-        failed!) outcome=1 && continue ;;
+        "status: "*) outcome=${line#status: } && continue ;;
         esac
         printf '%s\n' "$line" >&3
     done 3>"$1"
@@ -46,12 +50,13 @@ logged() {
     log=${here:?}/build/$1.log
     shift
     mkdir -p "$here/build"
-    if [ -t 1 ] || [ -t 2 ]; then
-        trap 'exit 130' INT
-        { "$@" 2>&1 || echo failed!; } | show_progress "$log" && trap - INT && return
-    else
-        "$@" >"$log" 2>&1 && return
-    fi
+    trap 'exit 130' INT # after the pipeline has ended
+    {
+        status=0
+        "$@" 2>&1 || status=$?
+        printf '\nstatus: %s\n' "$status"
+    } | show_progress "$log" && return
+    [ $? -ne 130 ] || exit 130
     grep -av '^[dp][lm]status:' "$log" | tail -n 40 >&2
     say "Failed. The full log is in $log" >&2
     exit 1
@@ -70,6 +75,16 @@ install_missing() {
             missing="$missing $package"
     done
     [ -n "$missing" ] || return 0
+    # dpkg leaves files here if it was interrupted. apt then refuses to work.
+    if [ -n "$(ls -A /var/lib/dpkg/updates)" ]; then
+        say "An earlier installation was interrupted. Run this as root, then try again:" >&2
+        say "  dpkg --configure -a" >&2
+        exit 1
+    elif [ "$(id -u)" -ne 0 ] && ! command -v sudo >/dev/null; then
+        say "Packages are missing, and there is no sudo. Run this as root, then try again:" >&2
+        say "  apt-get update && apt-get install --no-install-recommends$missing" >&2
+        exit 1
+    fi
     say "Installing missing packages:$missing" >&2
     # shellcheck disable=SC2086 # a list of names
     logged packages apt_install $missing
@@ -78,17 +93,22 @@ install_missing() {
 # apt reports its status on descriptor 3, not on stdout: apt 3 closes the status descriptor in packages'
 # scripts, which could not print otherwise. The inner shell opens descriptor 3, because sudo closes all
 # above 2.
+#
+# apt gives dpkg a terminal of its own, so Ctrl-C does not stop dpkg half-way. Because stdin is not the
+# terminal, sudo and apt leave its settings alone: Ctrl-C always reaches this script, too.
 apt_install() {
-    as_root apt-get update -qq -o APT::Status-Fd=1 &&
-        as_root sh -c 'DEBIAN_FRONTEND=noninteractive exec apt-get install -y -qq \
-            --no-install-recommends -o APT::Status-Fd=3 -o Dpkg::Use-Pty=0 "$@" 3>&1' sh "$@"
+    {
+        as_root apt-get update -qq -o APT::Status-Fd=1 &&
+            as_root sh -c 'DEBIAN_FRONTEND=noninteractive exec apt-get install -y -qq \
+                --no-install-recommends -o APT::Status-Fd=3 "$@" 3>&1' sh "$@"
+    } </dev/null
 }
 
-# fonts-wqy-microhei has the Chinese characters; x11-utils has xdpyinfo, which ./run uses to find a
-# display.
+# install_build_tools [package...]: installs what builds need, and the given packages.
+# fonts-wqy-microhei has the Chinese characters.
 install_build_tools() {
     install_missing g++ cmake ninja-build qtbase5-dev libqt5svg5-dev qttools5-dev \
-        fonts-dejavu-core fonts-wqy-microhei x11-utils
+        fonts-dejavu-core fonts-wqy-microhei "$@"
 }
 
 # build_preset <preset> <targets> [configure option...]: configures and builds in build/<preset>.
