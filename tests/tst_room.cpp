@@ -33,9 +33,6 @@ private Q_SLOTS:
 void TestRoom::theSubjectIsInView_data()
 {
     QTest::addColumn<Expected>("expected");
-    const auto row = [](const char *name, const Expected &expected) {
-        QTest::newRow(name) << expected;
-    };
     const auto nothing = [](const People &) {
         return QRectF();
     };
@@ -60,16 +57,16 @@ void TestRoom::theSubjectIsInView_data()
             bodies |= person.body() & Room::whole;
         return bodies;
     };
-    row("tracking off", {{0, 0, 1, 1, 2}, room, 1, 1});
-    row("composition off", {{0, 1, 0, 1, 0}, body, 0.4, 0.7});
-    row("Half Body", {{0, 1, 0, 1, 1}, head, 0.74, 0.76});
-    row("Full Body", {{0, 1, 0, 1, 2}, body, 0.74, 0.76});
-    row("Bodies", {{0, 1, 0, 1, 3}, all, 0.74, 1});
-    row("Hand", {{0, 1, 1, 1, 3}, hand, 0.2, 0.5});
-    row("Board", {{0, 1, 2, 1, 3}, board, 0.7, 0.95});
-    row("unknown tracking", {{0, 2, 0, 1, 0}, nothing, 0, 0});
-    row("unknown type", {{0, 1, 3, 1, 0}, nothing, 0, 0});
-    row("unknown composition", {{0, 1, 0, 1, 4}, nothing, 0, 0});
+    QTest::newRow("tracking off") << Expected{{0, 0, 1, 1, 2}, room, 1, 1};
+    QTest::newRow("composition off") << Expected{{0, 1, 0, 1, 0}, body, 0.4, 0.7};
+    QTest::newRow("Half Body") << Expected{{0, 1, 0, 1, 1}, head, 0.74, 0.76};
+    QTest::newRow("Full Body") << Expected{{0, 1, 0, 1, 2}, body, 0.74, 0.76};
+    QTest::newRow("Bodies") << Expected{{0, 1, 0, 1, 3}, all, 0.74, 1};
+    QTest::newRow("Hand") << Expected{{0, 1, 1, 1, 3}, hand, 0.2, 0.5};
+    QTest::newRow("Board") << Expected{{0, 1, 2, 1, 3}, board, 0.7, 0.95};
+    QTest::newRow("unknown tracking") << Expected{{0, 2, 0, 1, 0}, nothing, 0, 0};
+    QTest::newRow("unknown type") << Expected{{0, 1, 3, 1, 0}, nothing, 0, 0};
+    QTest::newRow("unknown composition") << Expected{{0, 1, 0, 1, 4}, nothing, 0, 0};
 }
 
 void TestRoom::theSubjectIsInView()
