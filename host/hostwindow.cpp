@@ -3,7 +3,6 @@
 #include "camerapanel.h"
 #include "commandchannel.h"
 #include "look.h"
-#include "splitter.h"
 #include "statusline.h"
 #include "tracepanel.h"
 #include "transferqueue.h"
@@ -14,6 +13,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QSplitter>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -58,7 +58,7 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
     leftLayout->addWidget(panelArea, 1);
     leftLayout->addWidget(m_reset, 0, Qt::AlignHCenter);
 
-    auto *right = new Splitter(Qt::Vertical);
+    auto *right = new QSplitter(Qt::Vertical);
     right->setFont(Look::font());
     right->setHandleWidth(margin);
     if (simulated)
@@ -68,7 +68,7 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
     right->setStretchFactor(right->indexOf(trace), 1);
     right->setCollapsible(right->indexOf(trace), false);
 
-    auto *columns = new Splitter(Qt::Horizontal);
+    auto *columns = new QSplitter(Qt::Horizontal);
     columns->setHandleWidth(margin);
     columns->setChildrenCollapsible(false);
     columns->addWidget(left);

@@ -10,8 +10,8 @@
 
 namespace {
 
-/// Fusion with room around the text of buttons on every screen, and with a frame around the list
-/// that has the focus.
+/// Fusion with room around the text of buttons on every screen, with a frame around the list that
+/// has the focus, and with splitters that are easy to see.
 class RoomyFusion : public QProxyStyle
 {
 public:
@@ -29,6 +29,18 @@ public:
             painter->setPen(QApplication::palette().color(QPalette::Highlight));
             painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
         }
+    }
+
+    void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                     const QWidget *widget) const override
+    {
+        if (element != CE_Splitter) {
+            QProxyStyle::drawControl(element, option, painter, widget);
+            return;
+        }
+        QRect grip = QRect({}, option->rect.size() / 3).intersected({0, 0, 60, 60});
+        grip.moveCenter(option->rect.center());
+        painter->fillRect(grip, option->palette.color(QPalette::Mid));
     }
 
     QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
