@@ -30,6 +30,8 @@ bool Request::asks() const
 
 QString Request::problem() const
 {
+    if (!onGuiThread)
+        return "on another thread";
     if ((kind == ChannelRequest::Setting && record.canConvert<SettingData>()) ||
         (kind == ChannelRequest::Camera && record.canConvert<CameraData>()))
         return {};
@@ -57,8 +59,6 @@ QString Request::inWords() const
     if (isExtension())
         words =
             QString("a %1 control %2").arg(all.write ? "write to" : "read of").arg(all.selector);
-    if (!onGuiThread)
-        words += " on another thread";
     QString details = problem();
     if (details.isEmpty() && all.write)
         details = refusal(true, all.selector, bytes());
