@@ -163,7 +163,7 @@ void Host::useAny(int limit)
         live(std::chrono::milliseconds(any(1 + any(limit))));
 }
 
-void Host::useAll(std::chrono::milliseconds pause)
+void Host::useAll(std::chrono::milliseconds pause, const std::function<void()> &then)
 {
     QSet<QWidget *> used;
     // Limited, because a panel may replace its controls again and again.
@@ -180,6 +180,7 @@ void Host::useAll(std::chrono::milliseconds pause)
             if (controls().contains(control)) {
                 use(control, way);
                 live(pause);
+                then();
             }
         }
     }

@@ -56,9 +56,10 @@ public:
     /// Uses a random control, if there is one, and then lets less than `limit` ms pass.
     void useAny(int limit = 1000);
 
-    /// Uses each control in each way, also those that appear meanwhile. Lets `pause` pass each
-    /// time.
-    void useAll(std::chrono::milliseconds pause = std::chrono::milliseconds(20));
+    /// Uses each control in each way, also those that appear meanwhile. Each time, lets `pause` pass
+    /// and calls `then`.
+    void useAll(std::chrono::milliseconds pause = std::chrono::milliseconds(20),
+                const std::function<void()> &then = [] {});
 
     /// Ends the check at each request that is not `fine`, until the next call.
     void expectRequests(const QString &expected, std::function<bool(const Request &)> fine);
@@ -69,7 +70,7 @@ public:
 
     /// Real time since the check began. Checks repeat less for a panel that sleeps.
     static std::chrono::milliseconds realTime();
-    static bool hasTime() { return realTime() < std::chrono::seconds(8); }
+    static bool hasTime() { return realTime() < std::chrono::seconds(5); }
 
     const QString plugin;     ///< the absolute path of the plug-in's file
     QPointer<QWidget> window; ///< not shown at first

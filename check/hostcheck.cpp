@@ -4,14 +4,21 @@
 #include "stallmeter.h"
 #include "trackingprotocol.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QLabel>
+#include <QImageReader>
 #include <QLoggingCategory>
+#include <QPointer>
+#include <QTextBrowser>
 #include <QThread>
+#include <QtMath>
 
 #include <algorithm>
 #include <array>
+#include <atomic>
+#include <mutex>
+#include <optional>
 #include <utility>
 
 using namespace std::chrono_literals;
@@ -38,7 +45,9 @@ static constexpr const char *stateNames[] = {"not yet seen", "passed", "failed"}
 ///
 /// Makes requests in insertWidget(), as panels do, and then once a second. Its requests only query
 /// settings and read the camera's status.
-class HostCheck : public QLabel, public OrvPluginApi
+///
+/// Not a widget, because a faulty host may create, call or delete it on another thread.
+class HostCheck : public QObject, public OrvPluginApi
 {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID "com.talsen.OrvPluginApi")
@@ -60,7 +69,8 @@ public:
     }
     void resetToDefault() override
     {
-        if (noteCall("resetToDefault") && m_insertions == 0)
+        noteCall("resetToDefault");
+        if (m_insertions == 0)
             judge(m_resetLater, false);
     }
     void insertWidget(QWidget *container) override;
@@ -73,25 +83,25 @@ public:
     void setCurrentParams(QJsonObject /*params*/) override { noteCall("setCurrentParams"); }
 
 protected:
-    void showEvent(QShowEvent *event) override;
-    void resizeEvent(QResizeEvent * /*event*/) override { makeRoom(); }
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void judge(Rule &rule, bool kept, const QString &seen = {});
     void showRules();
-    // If space is short, a layout shrinks a label with wrapped text to one line.
-    void makeRoom() { setMinimumHeight(heightForWidth(width())); }
-    bool noteCall(const char *function);
+    void noteCall(const char *function);
+    void insert(QWidget *container);
     void makeRequests();
+    void lookForPictures();
     void askForSettings();
     void readStatus();
     QVariant request(int kind, const QVariant &record);
-    void summarize() const;
+    void summarize();
 
     Rule m_channelFirst{"The channel is installed before insertWidget, and stays"};
     Rule m_resetLater{"resetToDefault comes only after insertWidget"};
     Rule m_insertedOnce{"insertWidget comes once, with a container that is shown"};
     Rule m_guiThread{"Every call comes on the GUI thread"};
+    Rule m_pictures{"The pictures that a host provides can be read"};
     Rule m_language{"The answer to the setting \"language\" is a number"};
     Rule m_otherSetting{"A query for an unknown setting does no harm"};
     Rule m_status{
@@ -100,29 +110,23 @@ private:
     Rule m_answers{"Every answer comes within 1000 ms"};
     Rule m_thawed{"A frozen window thaws within 400 ms"};
     Rule m_destroyed{"The instance is destroyed as a QObject, not during a request"};
-    const std::array<const Rule *, 10> m_rules{
-        &m_channelFirst, &m_resetLater, &m_insertedOnce, &m_guiThread, &m_language,
+    const std::array<const Rule *, 11> m_rules{
+        &m_channelFirst, &m_resetLater, &m_insertedOnce, &m_guiThread, &m_pictures, &m_language,
         &m_otherSetting, &m_status,     &m_answers,      &m_thawed,    &m_destroyed};
-    QTimer m_poll;
-    StallMeter m_stalls;
+    std::mutex m_mutex; ///< guards the rules
+    QPointer<QTextBrowser> m_view;
+    std::optional<StallMeter> m_stalls;
     qint64 m_longestAnswer = 0; // ms
-    int m_insertions = 0;
+    std::atomic<int> m_insertions{0};
     bool m_requesting = false;
+    bool m_wasShown = false;
     static inline HostCheck *living = nullptr;
 };
 
 HostCheck::HostCheck()
 {
-    setFont(QFont(font().family(), 9));
-    setWordWrap(true);
-    setMargin(9);
-    // Without a minimum, wrapped text would make the window of some hosts narrow and very high.
-    setMinimumWidth(60 * fontMetrics().averageCharWidth());
-    showRules();
-    // Restarted after each answer, so that requests do not pile up in a slow host.
-    m_poll.setSingleShot(true);
-    m_poll.setInterval(1s);
-    connect(&m_poll, &QTimer::timeout, this, &HostCheck::makeRequests);
+    noteCall("the constructor");
+    moveToThread(QCoreApplication::instance()->thread());
     living = this;
     // An instance that still exists now crashes later, when its library is unloaded.
     qAddPostRoutine([] {
@@ -138,23 +142,23 @@ HostCheck::~HostCheck()
 {
     if (std::exchange(living, nullptr) != this)
         return; // the summary is already written
-    const bool onGuiThread = noteCall("the destructor");
-    // noteCall() posts calls from other threads. Judge them now.
-    if (onGuiThread)
-        QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    noteCall("the destructor");
     judge(m_destroyed, !m_requesting);
     summarize();
+    if (m_view)
+        m_view->deleteLater(); // this may be another thread
 }
 
-/// Sets the rule's state and logs a change. A failed rule stays failed.
+/// Sets the rule's state and logs a change, on any thread. A failed rule stays failed.
 void HostCheck::judge(Rule &rule, bool kept, const QString &seen)
 {
+    const std::lock_guard<std::mutex> lock(m_mutex);
     const Rule::State before = rule.state;
     if (before == Rule::Failed && kept)
         return;
     rule.state = kept ? Rule::Passed : Rule::Failed;
     rule.seen = seen;
-    showRules();
+    QMetaObject::invokeMethod(this, &HostCheck::showRules, Qt::QueuedConnection);
     if (rule.state == before)
         return;
     if (kept)
@@ -165,53 +169,86 @@ void HostCheck::judge(Rule &rule, bool kept, const QString &seen)
 
 void HostCheck::showRules()
 {
+    if (!m_view)
+        return;
     // White text needs its own background, because the host's may be light.
     static constexpr const char *colors[] = {"#5F6368", "#2E7D32", "#C62828"};
     QString text = "<b>Host check</b>";
+    const std::lock_guard<std::mutex> lock(m_mutex);
     for (const Rule *const rule : m_rules)
         text +=
             QString("<p style='margin: 6px 0'>"
                     "<span style='background: %1; color: white'>&nbsp;%2&nbsp;</span> %3</p>")
                 .arg(colors[rule->state], stateNames[rule->state], rule->inWords().toHtmlEscaped());
-    setText(text);
-    makeRoom();
+    m_view->setHtml(text);
+}
+
+/// Judges whether the call came on the GUI thread.
+void HostCheck::noteCall(const char *function)
+{
+    const bool kept = QThread::currentThread() == QCoreApplication::instance()->thread();
+    judge(m_guiThread, kept, kept ? "" : QString("%1 came on another thread").arg(function));
 }
 
 void HostCheck::insertWidget(QWidget *container)
 {
-    if (!noteCall("insertWidget"))
-        return;
+    noteCall("insertWidget");
     judge(m_resetLater, true); // unless a reset came before
     if (++m_insertions > 1 || !container) {
         judge(m_insertedOnce, false,
               container ? QString("call %1").arg(m_insertions) : "there is no container");
         return;
     }
-    PanelPlacement::insertFirst(this, container);
+    // Later, if this is another thread.
+    QMetaObject::invokeMethod(this, [this, container = QPointer<QWidget>(container)] {
+        if (container)
+            insert(container);
+    });
+}
+
+void HostCheck::insert(QWidget *container)
+{
+    m_view = new QTextBrowser;
+    QFont font(m_view->font().family(), 9);
+    font.setPixelSize(QFontInfo(font).pixelSize()); // Qt wraps text of a fractional size wrongly
+    m_view->setFont(font);
+    m_view->setFrameShape(QFrame::NoFrame);
+    connect(m_view->document()->documentLayout(), &QAbstractTextDocumentLayout::documentSizeChanged,
+            m_view, [this](const QSizeF &size) { m_view->setMinimumHeight(qCeil(size.height())); });
+    m_view->installEventFilter(this);
+    showRules();
+    PanelPlacement::insertFirst(m_view, container);
+    setParent(container);
+    m_stalls.emplace();
+    lookForPictures();
     makeRequests();
 }
 
-void HostCheck::showEvent(QShowEvent *event)
+bool HostCheck::eventFilter(QObject *watched, QEvent *event)
 {
-    QLabel::showEvent(event);
-    if (m_insertions == 0 || m_insertedOnce.state == Rule::Passed)
-        return;
-    judge(m_insertedOnce, true);
-    QTimer::singleShot(100ms, this, [this] {
-        updateSpliter(this, this, true);
-        QTimer::singleShot(400ms, this, [this] { judge(m_thawed, updatesEnabled()); });
-    });
+    if (event->type() == QEvent::Show && !std::exchange(m_wasShown, true)) {
+        judge(m_insertedOnce, true);
+        QTimer::singleShot(100ms, m_view, [this] {
+            updateSpliter(m_view, m_view, true);
+            QTimer::singleShot(400ms, m_view,
+                               [this] { judge(m_thawed, m_view->updatesEnabled()); });
+        });
+    }
+    return QObject::eventFilter(watched, event);
 }
 
-/// Returns whether the call came on the GUI thread. Judges that rule on the GUI thread, later if
-/// necessary.
-bool HostCheck::noteCall(const char *function)
+void HostCheck::lookForPictures()
 {
-    const bool kept = QThread::currentThread() == QCoreApplication::instance()->thread();
-    QMetaObject::invokeMethod(this, [this, kept, function] {
-        judge(m_guiThread, kept, kept ? "" : QString("%1 came on another thread").arg(function));
-    });
-    return kept;
+    QStringList problems;
+    for (const char *const name :
+         {"img_tracking_half", "img_tracking_half_select", "img_tracking_full",
+          "img_tracking_full_select", "img_tracking_multi", "img_tracking_multi_select",
+          "icon_delete", "icon_delete_hover"}) {
+        QImageReader reader(QString(":/UI/%1.svg").arg(name));
+        if (!reader.canRead())
+            problems << reader.fileName() + ": " + reader.errorString();
+    }
+    judge(m_pictures, problems.isEmpty(), problems.join(", "));
 }
 
 void HostCheck::makeRequests()
@@ -221,7 +258,8 @@ void HostCheck::makeRequests()
         askForSettings();
     if (commandChannel)
         readStatus();
-    m_poll.start();
+    // Started after each answer, so that requests do not pile up in a slow host.
+    QTimer::singleShot(1s, this, &HostCheck::makeRequests);
 }
 
 static QString describeType(const QVariant &value)
@@ -278,12 +316,13 @@ QVariant HostCheck::request(int kind, const QVariant &record)
     judge(m_answers, m_longestAnswer <= 1000,
           QString("the longest took %1 ms; the window was blocked for up to %2 ms")
               .arg(m_longestAnswer)
-              .arg(m_stalls.longest() / 1ms));
+              .arg(m_stalls->longest() / 1ms));
     return answer;
 }
 
-void HostCheck::summarize() const
+void HostCheck::summarize()
 {
+    const std::lock_guard<std::mutex> lock(m_mutex);
     qCInfo(hostCheck, "At the end:");
     for (const Rule *const rule : m_rules)
         qCInfo(hostCheck, "%s: %s", stateNames[rule->state], qPrintable(rule->inWords()));

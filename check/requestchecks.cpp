@@ -33,19 +33,20 @@ static void checkRequests(Host &host)
 static void checkQuiet(Host &host)
 {
     host.open();
-    for (const bool used : {false, true}) {
-        if (used)
-            host.useAll();
-        host.live(5s);
-        host.expectRequests("nothing sent while only the camera changes", &Request::asks);
+    const auto changeCamera = [&](std::chrono::milliseconds pause) {
         step("the camera changes itself");
-        for (int change = 0; change < 60; ++change) {
-            // Some of these values have no meaning.
-            host.camera.setValue(settingFields.at(host.any(4)), static_cast<quint8>(host.any(5)));
-            host.live(host.anyTime(3000));
-        }
+        host.expectRequests("nothing sent while only the camera changes", &Request::asks);
+        // Some of these values have no meaning.
+        for (const Field field : {Type, Mode, Composition})
+            host.camera.setValue(field, static_cast<quint8>(host.any(5)));
+        host.camera.setValue(Tracking, host.camera.status().at(Tracking) == 0 ? 1 : 0);
+        host.live(pause);
         host.expectRequests({}, nullptr);
-    }
+    };
+    for (int change = 0; change < 60; ++change)
+        changeCamera(host.anyTime(3000));
+    // A panel may remember what the user chose.
+    host.useAll(2s, [&] { changeCamera(1500ms); });
 }
 
 /// An unusual answer of this kind to the read `unit`.
