@@ -6,15 +6,18 @@
 #include "report.h"
 #include "virtualtime.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
-#include <QMenu>
 #include <QSet>
 #include <QTimer>
 
 #include <algorithm>
-#include <ctime>
+#include <array>
+#include <iterator>
+#include <sys/times.h>
+#include <unistd.h>
 #include <utility>
 
 using namespace std::chrono_literals;
@@ -91,15 +94,17 @@ void Host::destroyWindow()
     delete instance.data();
 }
 
+/// The widgets of the window in which `parent` is that a user could click now.
 static QWidgetList usableIn(const QWidget &parent)
 {
-    QWidgetList controls = parent.findChildren<QWidget *>();
-    const auto isUnusable = [&](const QWidget *widget) {
-        return !widget->isEnabled() || widget->window() != parent.window() ||
-               widget->visibleRegion().isEmpty();
-    };
-    controls.erase(std::remove_if(controls.begin(), controls.end(), isUnusable), controls.end());
-    return controls;
+    QWidgetList usable;
+    const auto all = parent.findChildren<QWidget *>();
+    for (QWidget *const widget : all) {
+        if (widget->isEnabled() && widget->window() == parent.window() &&
+            !widget->visibleRegion().isEmpty())
+            usable += widget;
+    }
+    return usable;
 }
 
 QWidgetList Host::controls() const
@@ -127,24 +132,21 @@ static void pressKey(QWidget *control, int key)
 
 void Host::press(QWidget *control, int way)
 {
-    static constexpr const char *names[] = {"a click on",        "a click on",
-                                            "the space bar on",  "the Down key on",
-                                            "the Return key on", "the context menu of"};
+    static constexpr const char *ways[] = {"a click on",        "a click on",
+                                           "the space bar on",  "the Down key on",
+                                           "the Return key on", "the menu of"};
     step(QString("%1 %2 \"%3\"")
-             .arg(names[way], control->metaObject()->className(), control->objectName()));
+             .arg(ways[way], control->metaObject()->className(), control->objectName()));
     QPoint place = control->rect().center();
     if (way == LeftEnd)
         place.setX(std::min(place.x(), 8)); // hits the box of a wide check box
-    if (way <= LeftEnd) {
+    QContextMenuEvent menu(QContextMenuEvent::Mouse, place, control->mapToGlobal(place));
+    if (way <= LeftEnd)
         pressMouse(*control, place);
-    } else if (way == Menu) {
-        QContextMenuEvent event(QContextMenuEvent::Mouse, place, control->mapToGlobal(place));
-        QCoreApplication::sendEvent(control, &event);
-    } else {
-        pressKey(control, way == Space  ? Qt::Key_Space
-                          : way == Down ? Qt::Key_Down
-                                        : Qt::Key_Return);
-    }
+    else if (way == Menu)
+        QCoreApplication::sendEvent(control, &menu);
+    else
+        pressKey(control, std::array{Qt::Key_Space, Qt::Key_Down, Qt::Key_Return}.at(way - Space));
 }
 
 void Host::use(QWidget *control, int way)
@@ -168,20 +170,18 @@ void Host::useAll(std::chrono::milliseconds pause, const std::function<void()> &
     QSet<QWidget *> used;
     // Limited, because a panel may replace its controls again and again.
     while (used.size() < 500) {
-        QWidgetList others = controls();
-        others.erase(std::remove_if(others.begin(), others.end(),
-                                    [&](QWidget *control) { return used.contains(control); }),
-                     others.end());
+        QWidgetList others;
+        const QWidgetList all = controls();
+        std::copy_if(all.begin(), all.end(), std::back_inserter(others),
+                     [&](QWidget *control) { return !used.contains(control); });
         if (others.isEmpty())
             return;
         QWidget *const control = others.at(any(others.size()));
         used.insert(control);
-        for (int way = Middle; way < WayCount; ++way) {
-            if (controls().contains(control)) {
-                use(control, way);
-                live(pause);
-                then();
-            }
+        for (int way = Middle; way < WayCount && controls().contains(control); ++way) {
+            use(control, way);
+            live(pause);
+            then();
         }
     }
 }
@@ -203,21 +203,22 @@ void Host::visitDialog()
 void Host::useDialog(QWidget *dialog)
 {
     // Takes the next action or control each time, because most of them close the dialog.
-    const unsigned turn = m_dialogUses++;
-    if (auto *const menu = qobject_cast<QMenu *>(dialog)) {
-        const auto actions = menu->actions();
-        if (!actions.isEmpty())
-            menu->setActiveAction(actions.at(int(turn % unsigned(actions.size()))));
-        pressKey(menu, Qt::Key_Return);
+    const int turn = m_dialogUses++;
+    if (dialog == QApplication::activePopupWidget()) {
+        QWidget *list = dialog->findChild<QAbstractItemView *>(); // of a combo box
+        list = list ? list : dialog;
+        pressKey(list, Qt::Key_Home);
+        for (int steps = turn % 10; steps > 0; --steps)
+            pressKey(list, Qt::Key_Down);
+        pressKey(list, Qt::Key_Return);
         return;
     }
-    QWidgetList controls = usableIn(*dialog);
-    controls.erase(
-        std::remove_if(controls.begin(), controls.end(),
-                       [](QWidget *control) { return control->focusPolicy() == Qt::NoFocus; }),
-        controls.end());
-    if (!controls.isEmpty())
-        press(controls.at(int(turn % unsigned(controls.size()))), any(mainWays));
+    QWidgetList buttons;
+    const QWidgetList all = usableIn(*dialog);
+    std::copy_if(all.begin(), all.end(), std::back_inserter(buttons),
+                 [](QWidget *control) { return control->focusPolicy() != Qt::NoFocus; });
+    if (!buttons.isEmpty())
+        press(buttons.at(turn % buttons.size()), turn / buttons.size() % mainWays);
 }
 
 void Host::expectRequests(const QString &expected, std::function<bool(const Request &)> fine)
@@ -260,11 +261,5 @@ QVariant Host::answer(const Request &request)
 
 std::chrono::milliseconds Host::realTime()
 {
-    static std::chrono::nanoseconds begin{0};
-    timespec time;
-    clock_gettime(CLOCK_BOOTTIME, &time); // not virtual
-    const auto now = std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
-    if (begin == 0ns)
-        begin = now;
-    return std::chrono::duration_cast<std::chrono::milliseconds>(now - begin);
+    return times(nullptr) * 1000ms / sysconf(_SC_CLK_TCK); // not the virtual clock
 }

@@ -56,10 +56,11 @@ public:
     /// Uses a random control, if there is one, and then lets less than `limit` ms pass.
     void useAny(int limit = 1000);
 
-    /// Uses each control in each way, also those that appear meanwhile. Each time, lets `pause` pass
-    /// and calls `then`.
-    void useAll(std::chrono::milliseconds pause = std::chrono::milliseconds(20),
-                const std::function<void()> &then = [] {});
+    /// Uses each control in each way, also those that appear meanwhile. Each time, lets `pause`
+    /// pass and calls `then`.
+    void useAll(
+        std::chrono::milliseconds pause = std::chrono::milliseconds(20),
+        const std::function<void()> &then = [] {});
 
     /// Ends the check at each request that is not `fine`, until the next call.
     void expectRequests(const QString &expected, std::function<bool(const Request &)> fine);
@@ -68,9 +69,9 @@ public:
     int any(int count) { return static_cast<int>(m_random() % static_cast<unsigned>(count)); }
     std::chrono::milliseconds anyTime(int limit) { return std::chrono::milliseconds(any(limit)); }
 
-    /// Real time since the check began. Checks repeat less for a panel that sleeps.
-    static std::chrono::milliseconds realTime();
-    static bool hasTime() { return realTime() < std::chrono::seconds(5); }
+    static std::chrono::milliseconds realTime(); ///< since the system started
+    /// Whether the check may go on repeating, which takes long if the panel sleeps.
+    bool hasTime() const { return realTime() - m_start < std::chrono::seconds(5); }
 
     const QString plugin;     ///< the absolute path of the plug-in's file
     QPointer<QWidget> window; ///< not shown at first
@@ -97,6 +98,7 @@ private:
     std::mutex m_mutex; ///< guards m_expected and m_fine
     QString m_expected;
     std::function<bool(const Request &)> m_fine;
-    unsigned m_dialogVisits = 0;
-    unsigned m_dialogUses = 0;
+    int m_dialogVisits = 0;
+    int m_dialogUses = 0;
+    const std::chrono::milliseconds m_start = realTime();
 };

@@ -116,7 +116,7 @@ static void checkRandomUse(Host &host)
 {
     host.open();
     host.useAll();
-    for (int use = 0; use < 400 && Host::hasTime(); ++use) {
+    for (int use = 0; use < 400 && host.hasTime(); ++use) {
         const int choice = host.any(8);
         if (choice == 0)
             host.camera.setValue(settingFields.at(host.any(4)), static_cast<quint8>(host.any(256)));
