@@ -245,6 +245,7 @@ static void checkAfterDeath(Host &host)
 {
     QPluginLoader loader(host.plugin);
     loader.setLoadHints({}); // by default, Qt does not unload a plug-in
+    loader.load();
     const auto expectSilence = [&] {
         host.expectRequests("no request during or after the destruction of the panel",
                             [](const Request &) { return false; });
