@@ -160,7 +160,7 @@ void Host::useAny(int limit)
 {
     const QWidgetList all = controls();
     if (!all.isEmpty())
-        use(all.at(any(all.size())), any(WayCount));
+        use(all.at(any(all.size())), any(any(3) > 0 ? int(mainWays) : int(WayCount)));
     if (limit > 0)
         live(std::chrono::milliseconds(any(1 + any(limit))));
 }

@@ -18,7 +18,6 @@
 #include <array>
 #include <atomic>
 #include <mutex>
-#include <optional>
 #include <utility>
 
 using namespace std::chrono_literals;
@@ -38,6 +37,12 @@ struct Rule
 };
 
 static constexpr const char *stateNames[] = {"not yet seen", "passed", "failed"};
+
+/// Destroyed with its parent, on the GUI thread.
+struct OwnedStallMeter : QObject, StallMeter
+{
+    using QObject::QObject;
+};
 
 /// A panel that checks whether its host keeps the contract of OrvPluginApi. Shows a line for each
 /// rule. Also writes the lines to the debug stream (category "orv_hostcheck"): each when its state
@@ -115,7 +120,7 @@ private:
         &m_otherSetting, &m_status,     &m_answers,      &m_thawed,    &m_destroyed};
     std::mutex m_mutex; ///< guards the rules
     QPointer<QTextBrowser> m_view;
-    std::optional<StallMeter> m_stalls;
+    OwnedStallMeter *m_stalls = nullptr;
     qint64 m_longestAnswer = 0; // ms
     std::atomic<int> m_insertions{0};
     bool m_requesting = false;
@@ -219,7 +224,7 @@ void HostCheck::insert(QWidget *container)
     showRules();
     PanelPlacement::insertFirst(m_view, container);
     setParent(container);
-    m_stalls.emplace();
+    m_stalls = new OwnedStallMeter(m_view);
     lookForPictures();
     makeRequests();
 }

@@ -200,11 +200,6 @@ static QStringList surroundings(const Host &host)
     const QObjectList children = host.window->findChildren<QObject *>();
     for (const QObject *const object : children)
         out << object << (object->property("visible").toBool() ? "visible" : "") << '\n';
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    for (const QWidget *const other : windows) {
-        if (other != host.instance.data())
-            out << other << (other->isVisible() ? "visible" : "") << '\n';
-    }
     return lines.split('\n');
 }
 
@@ -223,6 +218,7 @@ static void checkLeftovers(Host &host)
         }
         host.window->show();
         host.live(100ms);
+        const QWidgetList windows = QApplication::topLevelWidgets();
         const QStringList before = surroundings(host);
         host.insert();
         host.useAll();
@@ -234,6 +230,11 @@ static void checkLeftovers(Host &host)
         const QString less = firstOfOnly(before, after);
         expect(more.isEmpty(), "nothing left behind or changed", more);
         expect(less.isEmpty(), "nothing removed", less);
+        const QWidgetList windowsAfter = QApplication::topLevelWidgets();
+        for (QWidget *const other : windowsAfter)
+            expect(
+                windows.contains(other), "no window left behind",
+                QString("a %1 \"%2\"").arg(other->metaObject()->className(), other->objectName()));
         // An event loop ends at once after a call of quit().
         QEventLoop loop;
         QTimer::singleShot(0, &loop, [&loop] { loop.exit(1); });

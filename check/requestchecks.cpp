@@ -103,13 +103,14 @@ static void checkClicks(Host &host)
 {
     host.load();
     host.duringRequest = [&] {
-        VirtualTime::advance(300ms);
+        VirtualTime::advance(50ms);
         host.useAny(0);
     };
     host.window->show();
     host.insert();
     host.live(6s);
-    host.useAll(300ms);
+    for (int used = 0; used < 150 && host.hasTime(); used += 1 + host.controls().size())
+        host.useAll(100ms);
 }
 
 static void checkRandomUse(Host &host)
