@@ -1,4 +1,5 @@
 #include "extensionrecord.h"
+#include "hostrules.h"
 #include "orvpluginapi.h"
 #include "panelplacement.h"
 #include "stallmeter.h"
@@ -8,35 +9,16 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QImageReader>
-#include <QLoggingCategory>
 #include <QPointer>
 #include <QTextBrowser>
 #include <QThread>
 #include <QtMath>
 
 #include <algorithm>
-#include <array>
 #include <atomic>
-#include <mutex>
 #include <utility>
 
 using namespace std::chrono_literals;
-
-Q_LOGGING_CATEGORY(hostCheck, "orv_hostcheck")
-
-/// A rule for hosts, and whether the host keeps it.
-struct Rule
-{
-    enum State { NotYetSeen, Passed, Failed };
-
-    const char *text;
-    State state = NotYetSeen;
-    QString seen = {};
-
-    QString inWords() const { return seen.isEmpty() ? text : QString("%1: %2").arg(text, seen); }
-};
-
-static constexpr const char *stateNames[] = {"not yet seen", "passed", "failed"};
 
 /// Destroyed with its parent, on the GUI thread.
 struct OwnedStallMeter : QObject, StallMeter
@@ -76,7 +58,7 @@ public:
     {
         noteCall("resetToDefault");
         if (m_insertions == 0)
-            judge(m_resetLater, false);
+            judge(m_rules.resetLater, false);
     }
     void insertWidget(QWidget *container) override;
     void syncPropValue(QString /*property*/, long /*value*/) override { noteCall("syncPropValue"); }
@@ -92,7 +74,6 @@ protected:
 
 private:
     void judge(Rule &rule, bool kept, const QString &seen = {});
-    void showRules();
     void noteCall(const char *function);
     void insert(QWidget *container);
     void makeRequests();
@@ -100,25 +81,8 @@ private:
     void askForSettings();
     void readStatus();
     QVariant request(int kind, const QVariant &record);
-    void summarize();
 
-    Rule m_channelFirst{"The channel is installed before insertWidget, and stays"};
-    Rule m_resetLater{"resetToDefault comes only after insertWidget"};
-    Rule m_insertedOnce{"insertWidget comes once, with a container that is shown"};
-    Rule m_guiThread{"Every call comes on the GUI thread"};
-    Rule m_pictures{"The pictures that a host provides can be read"};
-    Rule m_language{"The answer to the setting \"language\" is a number"};
-    Rule m_otherSetting{"A query for an unknown setting does no harm"};
-    Rule m_status{
-        "The answer to a read of control 8 is an ExtensionUnit of 280 bytes with selector 8,"
-        " a length of at most 255, and zeros beyond it"};
-    Rule m_answers{"Every answer comes within 1000 ms"};
-    Rule m_thawed{"A frozen window thaws within 400 ms"};
-    Rule m_destroyed{"The instance is destroyed as a QObject, not during a request"};
-    const std::array<const Rule *, 11> m_rules{
-        &m_channelFirst, &m_resetLater, &m_insertedOnce, &m_guiThread, &m_pictures, &m_language,
-        &m_otherSetting, &m_status,     &m_answers,      &m_thawed,    &m_destroyed};
-    std::mutex m_mutex; ///< guards the rules
+    HostRules m_rules;
     QPointer<QTextBrowser> m_view;
     OwnedStallMeter *m_stalls = nullptr;
     qint64 m_longestAnswer = 0; // ms
@@ -136,8 +100,8 @@ HostCheck::HostCheck()
     // An instance that still exists now crashes later, when its library is unloaded.
     qAddPostRoutine([] {
         if (living) {
-            living->judge(living->m_destroyed, false, "the application ended first");
-            living->summarize();
+            living->judge(living->m_rules.destroyed, false, "the application ended first");
+            living->m_rules.log();
         }
         living = nullptr;
     });
@@ -148,59 +112,38 @@ HostCheck::~HostCheck()
     if (std::exchange(living, nullptr) != this)
         return; // the summary is already written
     noteCall("the destructor");
-    judge(m_destroyed, !m_requesting);
-    summarize();
+    judge(m_rules.destroyed, !m_requesting);
+    m_rules.log();
     if (m_view)
         m_view->deleteLater(); // this may be another thread
 }
 
-/// Sets the rule's state and logs a change, on any thread. A failed rule stays failed.
+/// Judges and shows a rule, on any thread.
 void HostCheck::judge(Rule &rule, bool kept, const QString &seen)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    const Rule::State before = rule.state;
-    if (before == Rule::Failed && kept)
-        return;
-    rule.state = kept ? Rule::Passed : Rule::Failed;
-    rule.seen = seen;
-    QMetaObject::invokeMethod(this, &HostCheck::showRules, Qt::QueuedConnection);
-    if (rule.state == before)
-        return;
-    if (kept)
-        qCInfo(hostCheck, "passed: %s", qPrintable(rule.inWords()));
-    else
-        qCWarning(hostCheck, "failed: %s", qPrintable(rule.inWords()));
-}
-
-void HostCheck::showRules()
-{
-    if (!m_view)
-        return;
-    // White text needs its own background, because the host's may be light.
-    static constexpr const char *colors[] = {"#5F6368", "#2E7D32", "#C62828"};
-    QString text = "<b>Host check</b>";
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    for (const Rule *const rule : m_rules)
-        text +=
-            QString("<p style='margin: 6px 0'>"
-                    "<span style='background: %1; color: white'>&nbsp;%2&nbsp;</span> %3</p>")
-                .arg(colors[rule->state], stateNames[rule->state], rule->inWords().toHtmlEscaped());
-    m_view->setHtml(text);
+    m_rules.judge(rule, kept, seen);
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (m_view)
+                m_view->setHtml(m_rules.inHtml());
+        },
+        Qt::QueuedConnection);
 }
 
 /// Judges whether the call came on the GUI thread.
 void HostCheck::noteCall(const char *function)
 {
     const bool kept = QThread::currentThread() == QCoreApplication::instance()->thread();
-    judge(m_guiThread, kept, kept ? "" : QString("%1 came on another thread").arg(function));
+    judge(m_rules.guiThread, kept, kept ? "" : QString("%1 came on another thread").arg(function));
 }
 
 void HostCheck::insertWidget(QWidget *container)
 {
     noteCall("insertWidget");
-    judge(m_resetLater, true); // unless a reset came before
+    judge(m_rules.resetLater, true); // unless a reset came before
     if (++m_insertions > 1 || !container) {
-        judge(m_insertedOnce, false,
+        judge(m_rules.insertedOnce, false,
               container ? QString("call %1").arg(m_insertions) : "there is no container");
         return;
     }
@@ -219,9 +162,8 @@ void HostCheck::insert(QWidget *container)
     m_view->setFont(font);
     m_view->setFrameShape(QFrame::NoFrame);
     connect(m_view->document()->documentLayout(), &QAbstractTextDocumentLayout::documentSizeChanged,
-            m_view, [this](const QSizeF &size) { m_view->setMinimumHeight(qCeil(size.height())); });
+            this, [this](const QSizeF &size) { m_view->setMinimumHeight(qCeil(size.height())); });
     m_view->installEventFilter(this);
-    showRules();
     PanelPlacement::insertFirst(m_view, container);
     setParent(container);
     m_stalls = new OwnedStallMeter(m_view);
@@ -232,11 +174,11 @@ void HostCheck::insert(QWidget *container)
 bool HostCheck::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Show && !std::exchange(m_wasShown, true)) {
-        judge(m_insertedOnce, true);
-        QTimer::singleShot(100ms, m_view, [this] {
+        judge(m_rules.insertedOnce, true);
+        QTimer::singleShot(100ms, this, [this] {
             updateSpliter(m_view, m_view, true);
-            QTimer::singleShot(400ms, m_view,
-                               [this] { judge(m_thawed, m_view->updatesEnabled()); });
+            QTimer::singleShot(400ms, this,
+                               [this] { judge(m_rules.thawed, m_view->updatesEnabled()); });
         });
     }
     return QObject::eventFilter(watched, event);
@@ -253,13 +195,13 @@ void HostCheck::lookForPictures()
         if (!reader.canRead())
             problems << reader.fileName() + ": " + reader.errorString();
     }
-    judge(m_pictures, problems.isEmpty(), problems.join(", "));
+    judge(m_rules.pictures, problems.isEmpty(), problems.join(", "));
 }
 
 void HostCheck::makeRequests()
 {
-    judge(m_channelFirst, bool(commandChannel));
-    if (commandChannel && m_otherSetting.state == Rule::NotYetSeen)
+    judge(m_rules.channelFirst, bool(commandChannel));
+    if (commandChannel && m_rules.otherSetting.state == Rule::NotYetSeen)
         askForSettings();
     if (commandChannel)
         readStatus();
@@ -280,8 +222,8 @@ void HostCheck::askForSettings()
     const QVariant language = query("language");
     const bool text =
         language.userType() == QMetaType::QString || language.userType() == QMetaType::QByteArray;
-    judge(m_language, language.canConvert<int>() && !text, describeType(language));
-    judge(m_otherSetting, true, describeType(query("orv_hostcheck_no_such_setting")));
+    judge(m_rules.language, language.canConvert<int>() && !text, describeType(language));
+    judge(m_rules.otherSetting, true, describeType(query("orv_hostcheck_no_such_setting")));
 }
 
 void HostCheck::readStatus()
@@ -289,21 +231,21 @@ void HostCheck::readStatus()
     // Qt ends the process if a type is registered again with another size.
     const int size = QMetaType::sizeOf(QMetaType::type("ExtensionUnit"));
     if (size != 0 && size != sizeof(ExtensionUnit)) {
-        judge(m_status, false, QString("the host's ExtensionUnit has %1 bytes").arg(size));
+        judge(m_rules.status, false, QString("the host's ExtensionUnit has %1 bytes").arg(size));
         return;
     }
     const int selector = TrackingProtocol::statusSelector;
     const QVariant answer = request(ChannelRequest::Extension,
                                     QVariant::fromValue(extensionRecord(false, selector, {})));
     if (answer.userType() != qMetaTypeId<ExtensionUnit>()) {
-        judge(m_status, false, describeType(answer));
+        judge(m_rules.status, false, describeType(answer));
         return;
     }
     const auto unit = answer.value<ExtensionUnit>();
     const int length = payloadOf(unit).size();
     const bool leftovers =
         std::any_of(unit.data + length, std::end(unit.data), [](quint8 byte) { return byte != 0; });
-    judge(m_status, unit.selector == selector && unit.length == quint64(length) && !leftovers,
+    judge(m_rules.status, unit.selector == selector && unit.length == quint64(length) && !leftovers,
           QString("selector %1, length %2%3")
               .arg(unit.selector)
               .arg(unit.length)
@@ -318,19 +260,11 @@ QVariant HostCheck::request(int kind, const QVariant &record)
     QVariant answer = commandChannel(kind, record);
     m_requesting = false;
     m_longestAnswer = std::max(m_longestAnswer, time.elapsed());
-    judge(m_answers, m_longestAnswer <= 1000,
+    judge(m_rules.answers, m_longestAnswer <= 1000,
           QString("the longest took %1 ms; the window was blocked for up to %2 ms")
               .arg(m_longestAnswer)
               .arg(m_stalls->longest() / 1ms));
     return answer;
-}
-
-void HostCheck::summarize()
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    qCInfo(hostCheck, "At the end:");
-    for (const Rule *const rule : m_rules)
-        qCInfo(hostCheck, "%s: %s", stateNames[rule->state], qPrintable(rule->inWords()));
 }
 
 #include "hostcheck.moc"

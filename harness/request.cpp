@@ -10,7 +10,7 @@ using namespace TrackingProtocol;
 
 bool Request::isExtension() const
 {
-    return kind == ChannelRequest::Extension && record.canConvert<ExtensionUnit>();
+    return kind == ChannelRequest::Extension && isRequest(kind, record);
 }
 
 ExtensionUnit Request::unit() const
@@ -32,11 +32,10 @@ QString Request::problem() const
 {
     if (!onGuiThread)
         return "on another thread";
-    if ((kind == ChannelRequest::Setting && record.canConvert<SettingData>()) ||
-        (kind == ChannelRequest::Camera && record.canConvert<CameraData>()))
-        return {};
-    if (!isExtension())
+    if (!isRequest(kind, record))
         return "there is no such request";
+    if (!isExtension())
+        return {};
     const ExtensionUnit all = unit();
     QString framing = framingProblem(all.write, all.selector, bytes());
     if (!framing.isEmpty())
