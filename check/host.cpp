@@ -205,12 +205,15 @@ void Host::useDialog(QWidget *dialog)
     // Takes the next action or control each time, because most of them close the dialog.
     const int turn = m_dialogUses++;
     if (dialog == QApplication::activePopupWidget()) {
-        QWidget *list = dialog->findChild<QAbstractItemView *>(); // of a combo box
-        list = list ? list : dialog;
-        pressKey(list, Qt::Key_Home);
-        for (int steps = turn % 10; steps > 0; --steps)
-            pressKey(list, Qt::Key_Down);
-        pressKey(list, Qt::Key_Return);
+        auto *const list = dialog->findChild<QAbstractItemView *>(); // of a combo box
+        const QPointer<QWidget> target = list ? list : dialog;
+        QVector<int> keys(2 + turn % 10, Qt::Key_Down);
+        keys.first() = Qt::Key_Home;
+        keys.last() = Qt::Key_Return;
+        for (const int key : keys) {
+            if (target)
+                pressKey(target, key);
+        }
         return;
     }
     QWidgetList buttons;
@@ -228,17 +231,13 @@ void Host::expectRequests(const QString &expected, std::function<bool(const Requ
     m_fine = std::move(fine);
 }
 
-void Host::expectFine(const Request &request)
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_fine)
-        expect(m_fine(request), m_expected, request.inWords());
-}
-
 QVariant Host::answer(const Request &request)
 {
     takeRequests(); // keeps long checks small
-    expectFine(request);
+    std::unique_lock<std::mutex> lock(m_mutex);
+    if (m_fine)
+        expect(m_fine(request), m_expected, request.inWords());
+    lock.unlock();
     if (duringRequest && request.onGuiThread) {
         const auto action = std::exchange(duringRequest, nullptr); // not during its own requests
         action();

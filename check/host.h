@@ -88,7 +88,6 @@ protected:
     QVariant answer(const Request &request) override;
 
 private:
-    void expectFine(const Request &request);
     void press(QWidget *control, int way);
     void visitDialog();
     void useDialog(QWidget *dialog);

@@ -44,16 +44,8 @@ public:
     HostCheck();
     ~HostCheck() override;
 
-    QString name() override
-    {
-        noteCall("name");
-        return "orv_hostcheck";
-    }
-    int category() override
-    {
-        noteCall("category");
-        return 0;
-    }
+    QString name() override { return noteCall("name", "orv_hostcheck"); }
+    int category() override { return noteCall("category", 0); }
     void resetToDefault() override
     {
         noteCall("resetToDefault");
@@ -62,11 +54,7 @@ public:
     }
     void insertWidget(QWidget *container) override;
     void syncPropValue(QString /*property*/, long /*value*/) override { noteCall("syncPropValue"); }
-    QJsonObject getCurrentParams() override
-    {
-        noteCall("getCurrentParams");
-        return {};
-    }
+    QJsonObject getCurrentParams() override { return noteCall("getCurrentParams", QJsonObject()); }
     void setCurrentParams(QJsonObject /*params*/) override { noteCall("setCurrentParams"); }
 
 protected:
@@ -74,7 +62,8 @@ protected:
 
 private:
     void judge(Rule &rule, bool kept, const QString &seen = {});
-    void noteCall(const char *function);
+    template <typename T = int>
+    T noteCall(const char *function, T result = {});
     void insert(QWidget *container);
     void makeRequests();
     void lookForPictures();
@@ -131,11 +120,13 @@ void HostCheck::judge(Rule &rule, bool kept, const QString &seen)
         Qt::QueuedConnection);
 }
 
-/// Judges whether the call came on the GUI thread.
-void HostCheck::noteCall(const char *function)
+/// Judges whether the call came on the GUI thread. Returns `result`.
+template <typename T>
+T HostCheck::noteCall(const char *function, T result)
 {
     const bool kept = QThread::currentThread() == QCoreApplication::instance()->thread();
     judge(m_rules.guiThread, kept, kept ? "" : QString("%1 came on another thread").arg(function));
+    return result;
 }
 
 void HostCheck::insertWidget(QWidget *container)

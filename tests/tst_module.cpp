@@ -30,11 +30,9 @@ private Q_SLOTS:
     void identity()
     {
         QPluginLoader loader{QString(module)};
-        auto *const api = qobject_cast<OrvPluginApi *>(loader.instance());
-        QVERIFY2(api, qPrintable(loader.errorString()));
-        QCOMPARE(api->name(), "m24_tracking");
-        QCOMPARE(api->category(), 0);
-        delete loader.instance();
+        const QScopedPointer<QObject> panel(loader.instance());
+        auto *const api = qobject_cast<OrvPluginApi *>(panel.data());
+        QVERIFY(api && api->name() == "m24_tracking" && api->category() == 0);
     }
 };
 
