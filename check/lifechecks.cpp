@@ -25,6 +25,7 @@ static void checkOpens(Host &host)
     const auto realStart = Host::realTime();
     host.insert();
     const auto took = std::max(VirtualTime::now - start, Host::realTime() - realStart);
+    step("insertWidget()");
     expect(took < 250ms, "less than 250 ms in insertWidget()", QString("%1 ms").arg(took / 1ms));
     expect(!QApplication::activeModalWidget(), "no dialog in insertWidget()", "one");
     host.window->show();

@@ -71,8 +71,8 @@ static QVariant oddAnswer(const QString &kind, ExtensionUnit unit, Host &host)
 
 static void checkAnswers(Host &host)
 {
-    for (const QString kind :
-         {"missing", "empty", "short", "too long", "foreign", "random", "late"}) {
+    const QStringList kinds{"missing", "empty", "short", "too long", "foreign", "random", "late"};
+    for (const QString &kind : kinds) {
         for (const bool atStart : {true, false}) {
             host.load();
             host.language = QVector<QVariant>{1, 0, {}, "en", QVariantMap()}.at(host.any(5));
