@@ -122,6 +122,8 @@ Q_DECL_EXPORT int usleep(useconds_t microseconds)
     return nanosleep(&span, nullptr);
 }
 
+// The thread sanitizer has its own versions of these two.
+#ifndef __SANITIZE_THREAD__
 Q_DECL_EXPORT int pthread_cond_clockwait(pthread_cond_t *condition, pthread_mutex_t *mutex,
                                          clockid_t clock, const timespec *end)
 {
@@ -144,4 +146,5 @@ Q_DECL_EXPORT int pthread_cond_timedwait(pthread_cond_t *condition, pthread_mute
     const bool isDate = spanOf(*end) > 24h * 365 * 20;
     return pthread_cond_clockwait(condition, mutex, isDate ? CLOCK_REALTIME : CLOCK_MONOTONIC, end);
 }
+#endif
 }
