@@ -109,7 +109,7 @@ static void checkClicks(Host &host)
     host.window->show();
     host.insert();
     host.live(6s);
-    for (int used = 0; used < 150 && host.hasTime(); used += 1 + host.controls().size())
+    for (int used = 0; used < 450 && host.hasTime(); used += 1 + host.controls().size())
         host.useAll(100ms);
 }
 

@@ -1,6 +1,7 @@
 #include "orvpluginapi.h"
 #include "testmain.h"
 
+#include <QFile>
 #include <QPluginLoader>
 
 static const char module[] = M24_MODULE;
@@ -27,12 +28,18 @@ private Q_SLOTS:
         QCOMPARE(Api().category(), 2);
     }
 
-    void identity()
+    // The catalog, pending timers and records need the code after a host has unloaded the module.
+    void staysMapped()
     {
         QPluginLoader loader{QString(module)};
-        const QScopedPointer<QObject> panel(loader.instance());
-        auto *const api = qobject_cast<OrvPluginApi *>(panel.data());
+        loader.setLoadHints({}); // by default, Qt does not unload
+        auto *const api = qobject_cast<OrvPluginApi *>(loader.instance());
         QVERIFY(api && api->name() == "m24_tracking" && api->category() == 0);
+        delete loader.instance();
+        while (loader.unload()) {
+        }
+        QFile maps("/proc/self/maps");
+        QVERIFY(maps.open(QIODevice::ReadOnly) && maps.readAll().contains("/libm24_tracking.so"));
     }
 };
 
