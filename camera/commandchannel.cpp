@@ -30,18 +30,19 @@ CommandChannel::CommandChannel(TransferQueue &queue, int language)
 
 QVariant CommandChannel::request(int kind, const QVariant &record)
 {
-    if (kind == ChannelRequest::Extension && record.canConvert<ExtensionUnit>())
+    const bool isKnown = isRequest(kind, record);
+    if (isKnown && kind == ChannelRequest::Extension)
         return transferToCamera(record);
 
     QVariant answer;
     Transfer transfer;
     transfer.outcome = Transfer::Succeeded;
-    if (kind == ChannelRequest::Setting && record.canConvert<SettingData>()) {
+    if (isKnown && kind == ChannelRequest::Setting) {
         const QString name = record.value<SettingData>().name;
         answer = name == "language" ? QVariant(m_language) : QVariant();
         transfer.direction = Transfer::Get;
         transfer.meaning = name + ": " + (answer.isValid() ? answer.toString() : "no such setting");
-    } else if (kind == ChannelRequest::Camera && record.canConvert<CameraData>()) {
+    } else if (isKnown) {
         transfer.direction = Transfer::Set;
         transfer.meaning = describeNotice(record.value<CameraData>());
     } else {

@@ -1,5 +1,7 @@
 #include "extensionrecord.h"
 
+#include "orvpluginapi.h"
+
 #include <algorithm>
 
 QByteArray payloadOf(const ExtensionUnit &record)
@@ -17,4 +19,18 @@ ExtensionUnit extensionRecord(bool write, qint64 selector, const QByteArray &pay
     std::copy(fitting.cbegin(), fitting.cend(), record.data);
     record.length = static_cast<quint64>(fitting.size());
     return record;
+}
+
+bool isRequest(int kind, const QVariant &record)
+{
+    switch (kind) {
+    case ChannelRequest::Setting:
+        return record.canConvert<SettingData>();
+    case ChannelRequest::Camera:
+        return record.canConvert<CameraData>();
+    case ChannelRequest::Extension:
+        return record.canConvert<ExtensionUnit>();
+    default:
+        return false;
+    }
 }

@@ -19,6 +19,7 @@ struct Check
 
 std::vector<Check> loadingChecks();
 std::vector<Check> lifeChecks();
+std::vector<Check> leftoverChecks();
 std::vector<Check> requestChecks();
 
 /// Runs each check in a separate process, because a panel may crash or hang. Runs several at a time

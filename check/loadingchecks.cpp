@@ -2,7 +2,6 @@
 
 #include "check.h"
 #include "host.h"
-#include "pluginfile.h"
 #include "report.h"
 
 #include <QElapsedTimer>
@@ -11,16 +10,9 @@
 #include <QProcess>
 #include <QStringList>
 
-static void checkMetadata(Host &host)
+static void checkLoads(Host &host)
 {
-    const QString problem = PluginFile::interfaceProblem(QPluginLoader(host.plugin).metaData());
-    expect(problem.isEmpty(), "a Qt plug-in for this interface", problem);
-}
-
-static void checkQtVersion(Host &host)
-{
-    const QString problem = PluginFile::versionProblem(QPluginLoader(host.plugin).metaData());
-    expect(problem.isEmpty(), "a plug-in that this version of Qt can load", problem);
+    host.load();
 }
 
 static void checkExports(Host &host)
@@ -34,14 +26,10 @@ static void checkExports(Host &host)
     for (const char *const allowed : {"qt_plugin_instance", "qt_plugin_query_metadata", ""})
         others.removeAll(allowed);
     expect(others.isEmpty(), "only qt_plugin_instance and qt_plugin_query_metadata",
-           QString("%1 more, such as %2").arg(others.size()).arg(others.value(0)));
-}
-
-static void checkSymbols(Host &host)
-{
-    QPluginLoader loader(host.plugin);
-    loader.setLoadHints(QLibrary::ResolveAllSymbolsHint);
-    expect(loader.load(), "a definition of every symbol", loader.errorString());
+           QString("%1 more, such as %2; hide them with a version script, or build the panel with "
+                   "m24_add_settings_panel()")
+               .arg(others.size())
+               .arg(others.value(0)));
 }
 
 static void checkLoadTime(Host &host)
@@ -56,35 +44,20 @@ static void checkInstance(Host &host)
 {
     QPluginLoader loader(host.plugin);
     const QPointer<QObject> first = loader.instance();
-    expect(first, "an instance", loader.errorString());
     expect(loader.instance() == first, "the same instance again", "another one");
     step("deleting the instance");
     delete first.data();
-    QObject *const second = loader.instance();
-    expect(second, "a new instance after the deletion of the first", "none");
-    for (const char *const name : {qobject_interface_iid<OrvPluginApi *>(), "OrvPluginApi"})
-        expect(second->qt_metacast(name), QString("a cast to \"%1\"").arg(name), "null");
-}
-
-static void checkIdentity(Host &host)
-{
-    host.load();
-    expect(!host.api->name().isEmpty(), "a name", "an empty one");
-    const int category = host.api->category();
-    expect(category >= 0, "a category of 0 or more", QString::number(category));
+    expect(qobject_cast<OrvPluginApi *>(loader.instance()),
+           "a new instance after the deletion of the first", "none");
 }
 
 std::vector<Check> loadingChecks()
 {
     return {
-        {"metadata", "The plug-in's metadata names the interface.", checkMetadata},
-        {"qt-version", "It can be loaded by this version of Qt.", checkQtVersion, "metadata"},
-        {"exports", "It exports only Qt's two entry points.", checkExports, "metadata"},
-        {"symbols", "Every symbol that it uses is defined.", checkSymbols, "qt-version"},
-        {"load-time", "It loads in less than 100 ms.", checkLoadTime, "symbols", "96", 3},
-        {"instance", "It has one instance at a time, which can be cast to the interface.",
-         checkInstance, "symbols"},
-        {"identity", "It has a name and a category before insertWidget().", checkIdentity,
-         "instance"},
+        {"loads", "It is a plug-in for this interface and this Qt, and lacks no symbol.",
+         checkLoads},
+        {"exports", "It exports only Qt's two entry points.", checkExports, "loads"},
+        {"load-time", "It loads in less than 100 ms.", checkLoadTime, "loads", "96", 3},
+        {"instance", "It has one instance at a time.", checkInstance, "loads"},
     };
 }

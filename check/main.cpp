@@ -20,7 +20,7 @@ static int complain(const QString &sentence)
 static std::vector<Check> allChecks()
 {
     std::vector<Check> checks;
-    for (const auto &group : {loadingChecks(), lifeChecks(), requestChecks()})
+    for (const auto &group : {loadingChecks(), lifeChecks(), leftoverChecks(), requestChecks()})
         checks.insert(checks.end(), group.begin(), group.end());
     return checks;
 }

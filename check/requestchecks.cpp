@@ -14,54 +14,44 @@ using namespace TrackingProtocol;
 
 static void checkRequests(Host &host)
 {
-    host.open();
-    const auto expectWellFormed = [&](std::chrono::milliseconds span) {
-        host.live(span);
-        host.expectRequests("well-formed requests",
-                            [](const Request &request) { return request.problem().isEmpty(); });
-    };
-    expectWellFormed(6s);
-    // Each round uses the controls in random ways, which may show or hide other controls.
-    for (int round = 0; round < 12; ++round) {
-        const QWidgetList controls = host.controls();
-        for (QWidget *const control : controls) {
-            if (host.controls().contains(control))
-                host.use(control);
-            expectWellFormed(300ms);
-        }
-    }
+    host.load();
+    host.expectRequests("well-formed requests",
+                        [](const Request &request) { return request.problem().isEmpty(); });
+    host.insert();
+    host.window->show();
+    host.live(6s);
+    for (int round = 0; round < 3; ++round)
+        host.useAll(300ms);
     host.reset();
-    expectWellFormed(1s);
+    // Real time, for requests that another thread makes now and then.
+    for (int wait = 0; wait < 25; ++wait) {
+        host.live(100ms);
+        QThread::msleep(100);
+    }
 }
 
 static void checkQuiet(Host &host)
 {
     host.open();
-    host.takeRequests();
-    step("the camera changes itself");
-    for (int change = 0; change < 60; ++change) {
-        // Some of these values have no meaning.
-        host.camera.setValue(settingFields.at(host.any(4)), static_cast<quint8>(host.any(5)));
-        host.live(host.anyTime(3000));
+    const auto changeCamera = [&](std::chrono::milliseconds pause) {
+        step("the camera changes itself");
         host.expectRequests("nothing sent while only the camera changes", &Request::asks);
-    }
-}
-
-static void checkGuiThread(Host &host)
-{
-    host.open();
-    for (int use = 0; use < 25; ++use) {
-        host.useAny();
-        QThread::msleep(20); // gives other threads real time
-        host.expectRequests("requests on the GUI thread only",
-                            [](const Request &request) { return request.onGuiThread; });
-    }
+        // Some of these values have no meaning.
+        for (const Field field : {Type, Mode, Composition})
+            host.camera.setValue(field, static_cast<quint8>(host.any(5)));
+        host.camera.setValue(Tracking, host.camera.status().at(Tracking) == 0 ? 1 : 0);
+        host.live(pause);
+        host.expectRequests({}, nullptr);
+    };
+    for (int change = 0; change < 60; ++change)
+        changeCamera(host.anyTime(3000));
+    // A panel may remember what the user chose.
+    host.useAll(2s, [&] { changeCamera(1500ms); });
 }
 
 /// An unusual answer of this kind to the read `unit`.
 static QVariant oddAnswer(const QString &kind, ExtensionUnit unit, Host &host)
 {
-    static bool nested = false;
     if (kind == "missing")
         return {};
     if (kind == "foreign")
@@ -69,46 +59,65 @@ static QVariant oddAnswer(const QString &kind, ExtensionUnit unit, Host &host)
             host.any(4));
     const int values = kind == "random" ? 256 : 4;
     std::generate(std::begin(unit.data), std::end(unit.data), [&] { return host.any(values); });
-    unit.length = kind == "empty"      ? 0
-                  : kind == "short"    ? 1 + static_cast<quint64>(host.any(4))
-                  : kind == "too long" ? ~quint64(0)
-                                       : 60;
+    unit.length = kind == "empty"   ? 0
+                  : kind == "short" ? 1 + static_cast<quint64>(host.any(4))
+                  : kind == "too long"
+                      ? QVector<quint64>{256, 4096, 1 << 24, ~quint64(0)}.at(host.any(4))
+                      : 60;
     if (kind == "late")
         VirtualTime::now += 400ms;
-    if (kind == "given after other events" && !std::exchange(nested, true)) {
-        VirtualTime::advance(300ms);
-        nested = false;
-    }
     return QVariant::fromValue(unit);
 }
 
 static void checkAnswers(Host &host)
 {
-    for (const char *const kind : {"missing", "empty", "short", "too long", "foreign", "random",
-                                   "late", "given after other events"}) {
+    const QStringList kinds{"missing", "empty", "short", "too long", "foreign", "random", "late"};
+    for (const QString &kind : kinds) {
         for (const bool atStart : {true, false}) {
             host.load();
             host.language = QVector<QVariant>{1, 0, {}, "en", QVariantMap()}.at(host.any(5));
             const auto answer = [&](const ExtensionUnit &unit) {
                 return oddAnswer(kind, unit, host);
             };
-            if (atStart)
+            const auto begin = [&] {
                 host.readAnswer = answer;
+                if (kind == "missing" || kind == "empty" || kind == "foreign")
+                    host.expectRequests("nothing sent to a camera that does not answer",
+                                        &Request::asks);
+            };
+            if (atStart)
+                begin();
             host.window->show();
-            step(QString("answers that are ") + kind);
-            host.insert();
+            host.insert(", answers that are " + kind);
             host.live(6s);
-            host.readAnswer = answer;
+            begin();
+            host.live(6s);
+            host.expectRequests({}, nullptr);
             for (int use = 0; use < 20; ++use)
                 host.useAny();
         }
     }
 }
 
+static void checkClicks(Host &host)
+{
+    host.load();
+    host.duringRequest = [&] {
+        VirtualTime::advance(50ms);
+        host.useAny(0);
+    };
+    host.window->show();
+    host.insert();
+    host.live(6s);
+    for (int used = 0; used < 450 && host.hasTime(); used += 1 + host.controls().size())
+        host.useAll(100ms);
+}
+
 static void checkRandomUse(Host &host)
 {
     host.open();
-    for (int use = 0; use < 400; ++use) {
+    host.useAll();
+    for (int use = 0; use < 400 && host.hasTime(); ++use) {
         const int choice = host.any(8);
         if (choice == 0)
             host.camera.setValue(settingFields.at(host.any(4)), static_cast<quint8>(host.any(256)));
@@ -125,11 +134,11 @@ static void checkRandomUse(Host &host)
 std::vector<Check> requestChecks()
 {
     return {
-        {"requests", "Each request is well-formed.", checkRequests, "opens"},
+        {"requests", "Each request is well-formed and on the GUI thread.", checkRequests, "opens"},
         {"quiet", "It sends nothing when the camera changes by itself.", checkQuiet, "opens"},
-        {"gui-thread", "It calls the channel on the GUI thread only.", checkGuiThread, "opens"},
         {"answers", "It survives missing, short, empty, foreign, random and late answers.",
          checkAnswers, "destruction"},
+        {"clicks", "It survives clicks while it waits for an answer.", checkClicks, "opens"},
         {"random-use", "It survives random use.", checkRandomUse, "opens"},
     };
 }

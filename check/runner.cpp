@@ -5,6 +5,7 @@
 #include <QMap>
 #include <QProcess>
 #include <QSemaphore>
+#include <QTemporaryDir>
 #include <QTextStream>
 #include <QThread>
 
@@ -32,7 +33,16 @@ static QStringList runInProcess(const Check &check, const QString &plugin, quint
     const std::chrono::seconds timeLimit(customLimit > 0 ? customLimit : 30);
     QElapsedTimer time;
     time.start();
+    // The panel must not use the user's settings, or those of another check.
+    const QTemporaryDir folder;
+    auto environment = QProcessEnvironment::systemEnvironment();
+    for (const char *const name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "TMPDIR"})
+        environment.insert(name, folder.path());
+    environment.insert("LD_BIND_NOW", "1"); // loading fails if a symbol is missing
+    // The allocator's cache of freed blocks would look like a leak.
+    environment.insert("GLIBC_TUNABLES", "glibc.malloc.tcache_count=0");
     QProcess process;
+    process.setProcessEnvironment(environment);
     process.start(QCoreApplication::applicationFilePath(),
                   {"--check", check.name, plugin, QString::number(seed)});
     QByteArray printed;

@@ -10,7 +10,7 @@ using namespace TrackingProtocol;
 
 bool Request::isExtension() const
 {
-    return kind == ChannelRequest::Extension && record.canConvert<ExtensionUnit>();
+    return kind == ChannelRequest::Extension && isRequest(kind, record);
 }
 
 ExtensionUnit Request::unit() const
@@ -30,11 +30,12 @@ bool Request::asks() const
 
 QString Request::problem() const
 {
-    if ((kind == ChannelRequest::Setting && record.canConvert<SettingData>()) ||
-        (kind == ChannelRequest::Camera && record.canConvert<CameraData>()))
-        return {};
-    if (!isExtension())
+    if (!onGuiThread)
+        return "on another thread";
+    if (!isRequest(kind, record))
         return "there is no such request";
+    if (!isExtension())
+        return {};
     const ExtensionUnit all = unit();
     QString framing = framingProblem(all.write, all.selector, bytes());
     if (!framing.isEmpty())
@@ -57,8 +58,6 @@ QString Request::inWords() const
     if (isExtension())
         words =
             QString("a %1 control %2").arg(all.write ? "write to" : "read of").arg(all.selector);
-    if (!onGuiThread)
-        words += " on another thread";
     QString details = problem();
     if (details.isEmpty() && all.write)
         details = refusal(true, all.selector, bytes());
