@@ -3,6 +3,7 @@
 #include "errortexts.h"
 #include "faultkinds.h"
 #include "simulatedcamera.h"
+#include "transfertext.h"
 
 #include <QComboBox>
 #include <QCoreApplication>
@@ -11,21 +12,10 @@
 
 using namespace TrackingProtocol;
 
-/// Translates the name of a setting or value.
-static QString inWindowLanguage(const QString &text)
-{
-    static constexpr const char *list =
-        QT_TRANSLATE_NOOP("Transfer", "Tracking;Type;Mode;Composition;"
-                                      "tracking;type;mode;composition;off;on;Basic;Hand;Board;"
-                                      "Standard;Sport;Half Body;Full Body;Bodies");
-    const int index = QString(list).split(';').indexOf(text);
-    return index < 0 ? text : QCoreApplication::translate("Transfer", list).split(';').value(index);
-}
-
-/// Adds a titled box, in rows of four.
+/// Adds a box below its title, in rows of three.
 static QComboBox *addBox(QGridLayout &grid, const QString &title)
 {
-    constexpr int boxesPerRow = 4;
+    constexpr int boxesPerRow = 3;
     auto *box = new QComboBox;
     // Let a narrow window cut off long values.
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
@@ -33,10 +23,10 @@ static QComboBox *addBox(QGridLayout &grid, const QString &title)
     auto *label = new QLabel(title);
     label->setBuddy(box);
     const int place = grid.count() / 2;
-    const int column = 2 * (place % boxesPerRow);
-    grid.addWidget(label, place / boxesPerRow, column);
-    grid.addWidget(box, place / boxesPerRow, column + 1);
-    grid.setColumnStretch(column + 1, 1);
+    const int column = place % boxesPerRow;
+    grid.addWidget(label, place / boxesPerRow * 2, column);
+    grid.addWidget(box, place / boxesPerRow * 2 + 1, column);
+    grid.setColumnStretch(column, 1);
     return box;
 }
 
@@ -45,7 +35,6 @@ CameraPanel::CameraPanel(SimulatedCamera &camera)
     , m_camera(camera)
 {
     auto *grid = new QGridLayout(this);
-    grid->setHorizontalSpacing(fontMetrics().averageCharWidth() * 2);
     for (const Field field : settingFields) {
         auto *box = addBox(*grid, inWindowLanguage(fieldName(field)));
         m_values.at(field) = box;

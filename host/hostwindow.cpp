@@ -1,6 +1,7 @@
 #include "hostwindow.h"
 
 #include "camerapanel.h"
+#include "cameraview.h"
 #include "commandchannel.h"
 #include "look.h"
 #include "statusline.h"
@@ -22,8 +23,8 @@ namespace {
 
 /// Sizes in pixels at 96 dots per inch.
 constexpr int panelWidth = 374;
-constexpr int windowWidth = 1240;
-constexpr int windowHeight = 640;
+constexpr int windowWidth = 1270;
+constexpr int windowHeight = 660;
 
 } // namespace
 
@@ -34,7 +35,7 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
 {
     setWindowTitle(tr("Camera control"));
     const double scale = std::max(1.0, logicalDpiX() / 96.0);
-    const int margin = qRound(12 * scale);
+    const int margin = qRound(10 * scale);
 
     auto *panelLayout = new QVBoxLayout(m_panelContainer);
     panelLayout->setContentsMargins(0, 0, 0, 0);
@@ -61,8 +62,14 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
     auto *right = new QSplitter(Qt::Vertical);
     right->setFont(Look::font());
     right->setHandleWidth(margin);
-    if (simulated)
-        right->addWidget(new CameraPanel(*simulated));
+    if (simulated) {
+        auto *camera = new QWidget;
+        auto *cameraLayout = new QHBoxLayout(camera);
+        cameraLayout->setContentsMargins(0, 0, 0, 0);
+        cameraLayout->addWidget(new CameraView(*simulated));
+        cameraLayout->addWidget(new CameraPanel(*simulated), 1);
+        right->addWidget(camera);
+    }
     auto *trace = new TracePanel;
     right->addWidget(trace);
     right->setStretchFactor(right->indexOf(trace), 1);

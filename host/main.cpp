@@ -1,4 +1,5 @@
 #include "cameralist.h"
+#include "cameraview.h"
 #include "errortexts.h"
 #include "hostwindow.h"
 #include "language.h"
@@ -39,6 +40,9 @@ constexpr int badArguments = 2;
 /// Delay of a screenshot without a tour. If the camera is silent, the panel retries after one
 /// second; then its switches need time to slide.
 constexpr auto settleTime = 1500ms;
+
+/// When everybody is in the simulated camera's room, in milliseconds.
+constexpr int pictureTime = 27000;
 
 int complain(const QString &sentence, int status = failed)
 {
@@ -103,6 +107,9 @@ int runSession(const Options &options, const PluginFile &plugin, TraceFile &trac
         QCoreApplication::exit(complain(refusalText(refusal)));
     });
     QObject::connect(&window, &HostWindow::resetRequested, &session, &Session::resetToDefault);
+    auto *const picture = window.findChild<CameraView *>();
+    if (picture && !options.screenshot.isEmpty())
+        picture->freeze(pictureTime);
     window.show();
 
     if (tour) {

@@ -2,6 +2,7 @@
 
 #include "errortexts.h"
 #include "transferqueue.h"
+#include "transfertext.h"
 
 #include <QPainter>
 #include <QStringList>
@@ -100,8 +101,8 @@ QString StatusLine::describe() const
         sentences << reason;
     for (const auto &[field, command] : condition.failedCommands) {
         sentences << tr("%1: %2 was not accepted: %3")
-                         .arg(TrackingProtocol::fieldName(field),
-                              TrackingProtocol::valueName(field, command.value),
+                         .arg(inWindowLanguage(TrackingProtocol::fieldName(field)),
+                              inWindowLanguage(TrackingProtocol::valueName(field, command.value)),
                               transferError(command.error));
     }
     return sentences.join(' ');

@@ -78,6 +78,8 @@ TracePanel::TracePanel()
     auto *tools = new QHBoxLayout;
     addTools(*tools);
     auto *layout = new QVBoxLayout(this);
+    const int margin = fontMetrics().averageCharWidth();
+    layout->setContentsMargins(margin, margin, margin, margin);
     layout->addLayout(tools);
     layout->addWidget(m_table);
     layout->addWidget(m_noMatch);
@@ -128,8 +130,8 @@ void TracePanel::setUpTable()
     header->setHighlightSections(false);
     // The widest text that each column usually shows.
     appendRow({"00:00:00.000", "5000", inWindowLanguage("get Extension 8"),
-               inWindowLanguage("tracking on, type Basic, mode Standard, composition off"), "1000",
-               inWindowLanguage("superseded"), "FF FF FF FF FF FF"});
+               inWindowLanguage("tracking on, type Basic, mode Standard, composition off"), "100",
+               "ETIMEDOUT", "FF FF FF FF FF FF"});
     m_table->resizeColumnsToContents();
     m_table->removeRow(0);
     const QMargins margins = contentsMargins() + layout()->contentsMargins();

@@ -401,8 +401,8 @@ A good panel follows and sends nothing back.</source>
         <translation>读取;设置;事件;设置项;摄像头;扩展单元</translation>
     </message>
     <message>
-        <source>ok;superseded;not sent;disconnected;back;no answer</source>
-        <translation>成功;已被取代;未发送;已断开;已恢复;无应答</translation>
+        <source>ok;superseded;not sent;disconnected;back;cannot be used;no answer</source>
+        <translation>成功;已被取代;未发送;已断开;已恢复;无法使用;无应答</translation>
     </message>
     <message>
         <source>notice from;no widget;no such setting;language;true;false</source>
