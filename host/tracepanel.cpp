@@ -25,7 +25,6 @@
 
 namespace {
 
-constexpr int maximumRows = 10000;
 constexpr int transferRole = TracePanel::ColoredBytes + 1; ///< in the column Time
 
 // Both have a contrast of at least 4.5 to rows of either colour, and to selected ones.
@@ -64,8 +63,9 @@ public:
 
 } // namespace
 
-TracePanel::TracePanel()
+TracePanel::TracePanel(int maximumRows)
     : QGroupBox(tr("Transfers"))
+    , m_maximumRows(maximumRows)
     , m_filter(new QLineEdit)
     , m_table(new QTableWidget(0, Count))
     , m_noMatch(new QLabel)
@@ -156,7 +156,7 @@ void TracePanel::add(const Transfer &transfer)
             return;
         }
     }
-    if (m_table->rowCount() == maximumRows) {
+    if (m_table->rowCount() == m_maximumRows) {
         m_table->removeRow(0);
         m_lastRead = std::max(m_lastRead - 1, -1);
         m_lastUnsent = std::max(m_lastUnsent - 1, -1);

@@ -13,8 +13,7 @@ class QTableWidget;
 struct Transfer;
 
 /// The transfers of a session, the newest last, in a table that the user can filter, copy and save.
-/// A status read that repeats the one before it is counted in that row. Keeps the newest 10,000
-/// rows.
+/// A status read that repeats the one before it is counted in that row.
 class TracePanel : public QGroupBox
 {
     Q_OBJECT
@@ -24,7 +23,8 @@ public:
     /// the same kind have another colour.
     static constexpr int ColoredBytes = Qt::UserRole;
 
-    TracePanel();
+    /// Keeps the newest `maximumRows` rows.
+    explicit TracePanel(int maximumRows = 10000);
 
     void add(const Transfer &transfer);
 
@@ -45,6 +45,7 @@ private:
     void save();
     void write(const QString &path);
 
+    const int m_maximumRows;
     QLineEdit *m_filter;
     QTableWidget *m_table;
     QLabel *m_noMatch; ///< in the table's place if the filter hides all rows
