@@ -60,6 +60,8 @@ void TransferQueue::sendCommand(const QByteArray &command)
 void TransferQueue::prefetchStatus()
 {
     const std::lock_guard<std::mutex> lock(m_state->mutex);
+    if (m_state->isRefused())
+        return;
     m_state->prefetched = true;
     m_state->readWanted = true;
     m_state->changed.notify_all();

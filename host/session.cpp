@@ -35,7 +35,9 @@ void Session::showPanelIn(QWidget *container)
 
 void Session::createPanel()
 {
-    disconnect(&m_channel, &CommandChannel::transferred, this, &Session::createPanel);
+    // Several reports may have queued several calls.
+    if (!disconnect(&m_channel, &CommandChannel::transferred, this, &Session::createPanel))
+        return;
     const CameraCondition condition = m_queue.condition();
     if (condition.state == CameraCondition::Refused && !m_simulated) {
         Q_EMIT refused(condition.refusal);
