@@ -70,15 +70,20 @@ private Q_SLOTS:
             {"--trace /dev/full --screenshot FOLDER/a.png", 1, "No space"},
             {"--tour --screenshot /nowhere/a.png", 1, "Cannot write the picture"},
             {"--screenshot a.jsonl", 1, ".png"},
-            {"--tour " FIXTURE_PANEL, 1, "\"AI Tracking\""},
+            {"--tour PANEL", 1, "\"AI Tracking\""},
             {"a b", 2, "Only one"},
             {"nowhere.so", 1, "no such file"},
             {"/", 1, "it is a folder"},
-            {ORVHOST, 1, "not a Qt plug-in"},
-            {OTHER_PLUGIN, 1, "com.talsen.OrvPluginApi"},
+            {"PROGRAM", 1, "not a Qt plug-in"},
+            {"PLUGIN", 1, "com.talsen.OrvPluginApi"},
         };
         for (const auto &row : rows) {
-            Host host(QString(row.arguments).replace("FOLDER", folder.path()).split(' '));
+            QStringList arguments = QString(row.arguments).split(' ');
+            arguments.replaceInStrings("FOLDER", folder.path());
+            arguments.replaceInStrings("PANEL", FIXTURE_PANEL);
+            arguments.replaceInStrings("PROGRAM", ORVHOST);
+            arguments.replaceInStrings("PLUGIN", OTHER_PLUGIN);
+            Host host(arguments);
             QCOMPARE(host.exitCode(), row.exitCode);
             QVERIFY2(host.output.contains(row.says), qPrintable(host.output));
         }
