@@ -62,6 +62,7 @@ void TransferQueue::prefetchStatus()
     const std::lock_guard<std::mutex> lock(m_state->mutex);
     if (m_state->isRefused())
         return;
+    m_state->condition.failedCommands.clear();
     m_state->prefetched = true;
     m_state->readWanted = true;
     m_state->changed.notify_all();

@@ -30,8 +30,9 @@ public:
     /// Queues a command and returns at once. TrackingProtocol::refusal() must be empty for it.
     void sendCommand(const QByteArray &command);
 
-    /// Starts a read and returns at once. The next readStatus() returns what it read, without
-    /// another transfer.
+    /// Starts a read for a new panel and returns at once. The next readStatus() returns what it
+    /// read, without another transfer. Forgets which commands failed. Does nothing while the camera
+    /// is refused.
     void prefetchStatus();
 
     /// Starts a read, or joins the current one, and waits for it: at most 20 ms, or 250 ms the

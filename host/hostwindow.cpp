@@ -86,7 +86,14 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
     layout->setContentsMargins(margin, margin, margin, margin);
     layout->addWidget(columns, 1);
     m_status->setFont(Look::font());
-    layout->addWidget(m_status);
+    auto *readAgain = new QPushButton(tr("Read again"));
+    readAgain->setFont(Look::font());
+    readAgain->setToolTip(tr("Show the camera's settings in a new panel"));
+    connect(readAgain, &QPushButton::clicked, this, &HostWindow::readAgainRequested);
+    auto *bottom = new QHBoxLayout;
+    bottom->addWidget(m_status, 1);
+    bottom->addWidget(readAgain);
+    layout->addLayout(bottom);
     QSize size(qRound(windowWidth * scale), qRound(windowHeight * scale));
     // Leave room for the title bar. The screen of the platform "offscreen" limits nobody.
     if (QGuiApplication::platformName() != "offscreen") {

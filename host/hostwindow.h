@@ -26,6 +26,9 @@ Q_SIGNALS:
     /// The user pressed "Reset to defaults".
     void resetRequested();
 
+    /// The user pressed "Read again".
+    void readAgainRequested();
+
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 

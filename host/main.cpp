@@ -107,6 +107,7 @@ int runSession(const Options &options, const PluginFile &plugin, TraceFile &trac
         QCoreApplication::exit(complain(refusalText(refusal)));
     });
     QObject::connect(&window, &HostWindow::resetRequested, &session, &Session::resetToDefault);
+    QObject::connect(&window, &HostWindow::readAgainRequested, &session, &Session::renewPanel);
     auto *const picture = window.findChild<CameraView *>();
     if (picture && !options.screenshot.isEmpty())
         picture->freeze(pictureTime);

@@ -56,6 +56,7 @@ static QString fileProblem(const QFileInfo &file)
 PluginFile PluginFile::load(const QString &path)
 {
     PluginFile plugin;
+    plugin.path = path;
     const QFileInfo file(path);
     // QPluginLoader searches Qt's plug-in folders for relative names.
     QPluginLoader loader(file.absoluteFilePath());

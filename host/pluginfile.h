@@ -11,6 +11,7 @@ struct PluginFile
 {
     QObject *object = nullptr;   ///< the instance; the caller owns it
     OrvPluginApi *api = nullptr; ///< interface of the instance; null if loading failed
+    QString path;                ///< of the file
     QString error;               ///< a sentence for the user if loading failed; else empty
 
     /// Loads the plug-in in the file `path`. Checks its metadata before any of its code runs.

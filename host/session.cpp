@@ -11,6 +11,7 @@ Session::Session(const std::shared_ptr<Camera> &camera, Camera::Access access,
     : m_simulated(dynamic_cast<SimulatedCamera *>(camera.get()))
     , m_queue(camera, access)
     , m_channel(m_queue, language)
+    , m_plugin(plugin.path)
     , m_api(plugin.api)
     , m_instance(plugin.object)
 {
@@ -24,30 +25,56 @@ Session::~Session()
 
 void Session::showPanelIn(QWidget *container)
 {
-    m_placeholder = new QLabel(tr("Opening %1").arg(m_queue.cameraName()), container);
-    m_placeholder->setWordWrap(true);
-    qobject_cast<QBoxLayout *>(container->layout())->insertWidget(0, m_placeholder);
-    // The first report is the end of the first read, or the camera was refused. Queued, because the
-    // panel makes requests, whose reports must come after all earlier ones.
-    connect(&m_channel, &CommandChannel::transferred, this, &Session::createPanel,
+    m_container = container;
+    waitForRead(tr("Opening %1").arg(m_queue.cameraName()));
+    // Queued, because panels make requests, whose reports must come after all earlier ones. A panel
+    // must not be deleted during its request either.
+    connect(&m_channel, &CommandChannel::transferred, this, &Session::takeReport,
             Qt::QueuedConnection);
+}
+
+void Session::renewPanel()
+{
+    if (!m_instance || m_placeholder || m_queue.condition().state == CameraCondition::Refused)
+        return;
+    delete m_instance;
+    const PluginFile plugin = PluginFile::load(m_plugin);
+    m_instance = plugin.object;
+    m_api = plugin.api;
+    Q_EMIT m_channel.transferred({Transfer::Event, 0, 0, {}, "new panel", Transfer::Succeeded});
+    waitForRead(tr("Reading %1").arg(m_queue.cameraName()));
+    m_queue.prefetchStatus();
+}
+
+void Session::waitForRead(const QString &text)
+{
+    m_placeholder = new QLabel(text, m_container);
+    m_placeholder->setWordWrap(true);
+    qobject_cast<QBoxLayout *>(m_container->layout())->insertWidget(0, m_placeholder);
+}
+
+void Session::takeReport(const Transfer &transfer)
+{
+    const bool isRefused = m_queue.condition().state == CameraCondition::Refused;
+    if (m_placeholder && (transfer.isStatusRead() || isRefused))
+        createPanel();
+    else if (transfer.direction == Transfer::Event && transfer.meaning == "back")
+        renewPanel();
 }
 
 void Session::createPanel()
 {
-    // Several reports may have queued several calls.
-    if (!disconnect(&m_channel, &CommandChannel::transferred, this, &Session::createPanel))
-        return;
     const CameraCondition condition = m_queue.condition();
-    if (condition.state == CameraCondition::Refused && !m_simulated) {
+    if (condition.state == CameraCondition::Refused && !m_simulated && !m_hadPanel) {
+        disconnect(&m_channel, nullptr, this, nullptr);
         Q_EMIT refused(condition.refusal);
-    } else if (m_placeholder && m_instance) {
-        QWidget *const container = m_placeholder->parentWidget();
+    } else if (m_instance) {
         delete m_placeholder;
+        m_hadPanel = true;
         m_api->commandChannel = [this](int kind, const QVariant &record) {
             return m_channel.request(kind, record);
         };
-        m_api->insertWidget(container);
+        m_api->insertWidget(m_container);
         Q_EMIT panelCreated();
     }
 }

@@ -33,6 +33,11 @@ public:
     /// not. Until then shows that the camera is being opened. `container` needs a box layout.
     void showPanelIn(QWidget *container);
 
+    /// Reads the camera and replaces the panel by a new one, because a panel reads mode and
+    /// composition only once. Does nothing while there is no panel or no camera. The session does
+    /// this itself when the camera is back.
+    void renewPanel();
+
     /// Resets the panel, if there is one.
     void resetToDefault();
 
@@ -47,12 +52,17 @@ Q_SIGNALS:
     void refused(const CameraRefusal &refusal);
 
 private:
+    void waitForRead(const QString &text);
+    void takeReport(const Transfer &transfer);
     void createPanel();
 
     SimulatedCamera *m_simulated;
     TransferQueue m_queue;
     CommandChannel m_channel;
+    const QString m_plugin; ///< file of the plug-in
+    QWidget *m_container = nullptr;
     OrvPluginApi *m_api;
     QPointer<QObject> m_instance;
     QPointer<QLabel> m_placeholder; ///< in the panel's place until the panel is created
+    bool m_hadPanel = false;
 };

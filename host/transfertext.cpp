@@ -72,8 +72,9 @@ QString inWindowLanguage(QString text)
     // order. A phrase stands before the words that it contains.
     constexpr const char *lists[] = {
         QT_TRANSLATE_NOOP("Transfer", "get;set;event;Setting;Camera;Extension"),
-        QT_TRANSLATE_NOOP("Transfer", "ok;superseded;not sent;disconnected;back;cannot be used;"
-                                      "no answer"),
+        QT_TRANSLATE_NOOP("Transfer",
+                          "ok;superseded;not sent;disconnected;back;cannot be used;new panel;"
+                          "no answer"),
         QT_TRANSLATE_NOOP("Transfer", "notice from;no widget;no such setting;language;true;false"),
         QT_TRANSLATE_NOOP("Transfer", "refused;wrong control;the header is not;a value of;"
                                       "unknown command;unknown;bytes instead of;instead of;"

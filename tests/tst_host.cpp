@@ -1,10 +1,13 @@
 #include "commandchannel.h"
 #include "hostwindow.h"
 #include "language.h"
+#include "pluginfile.h"
+#include "session.h"
 #include "simulatedcamera.h"
 #include "testmain.h"
 #include "transferqueue.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QFile>
@@ -12,6 +15,7 @@
 #include <QProcess>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 
 namespace {
@@ -122,6 +126,38 @@ private Q_SLOTS:
         QTRY_COMPARE(type->count(), 3); // an unknown value is offered only while it lasts
         QTest::keyClick(type->view(), Qt::Key_Return);
         QCOMPARE(camera->status().at(TrackingProtocol::Type), 1);
+    }
+
+    void newPanel()
+    {
+        const auto camera = std::make_shared<SimulatedCamera>();
+        Session session(camera, Camera::ReadWrite, PluginFile::load(TRACKING_PLUGIN), 1);
+        HostWindow window(session.queue(), session.channel(), camera.get());
+        const QSignalSpy created(&session, &Session::panelCreated);
+        session.showPanelIn(window.panelContainer());
+        QTRY_COMPARE(created.size(), 1);
+        const auto showsSport = [&window] {
+            const auto *const button = window.findChild<QAbstractButton *>("rb_sport");
+            return button && button->isChecked();
+        };
+        QVERIFY(!showsSport());
+
+        // The camera comes back with other settings.
+        Faults faults = noFaults;
+        faults[Fault::Unplugged] = 1;
+        camera->setFaults(faults);
+        QTRY_COMPARE(session.queue().condition().state, CameraCondition::Refused);
+        camera->setValue(TrackingProtocol::Mode, 2);
+        camera->setFaults(noFaults);
+        QTRY_COMPARE(created.size(), 2);
+        QVERIFY(showsSport());
+
+        camera->setValue(TrackingProtocol::Mode, 1);
+        session.renewPanel();
+        QVERIFY(!window.findChild<QAbstractButton *>("rb_sport"));
+        session.renewPanel(); // already on its way
+        QTRY_COMPARE(created.size(), 3);
+        QVERIFY(!showsSport());
     }
 
     void closedStream()

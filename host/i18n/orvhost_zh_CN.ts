@@ -260,12 +260,24 @@ A good panel follows and sends nothing back.</source>
         <source>Camera control</source>
         <translation>摄像头控制</translation>
     </message>
+    <message>
+        <source>Read again</source>
+        <translation>重新读取</translation>
+    </message>
+    <message>
+        <source>Show the camera&apos;s settings in a new panel</source>
+        <translation>在新面板中显示摄像头的设置</translation>
+    </message>
 </context>
 <context>
     <name>Session</name>
     <message>
         <source>Opening %1</source>
         <translation>正在打开 %1</translation>
+    </message>
+    <message>
+        <source>Reading %1</source>
+        <translation>正在读取 %1</translation>
     </message>
 </context>
 <context>
@@ -401,8 +413,8 @@ A good panel follows and sends nothing back.</source>
         <translation>读取;设置;事件;设置项;摄像头;扩展单元</translation>
     </message>
     <message>
-        <source>ok;superseded;not sent;disconnected;back;cannot be used;no answer</source>
-        <translation>成功;已被取代;未发送;已断开;已恢复;无法使用;无应答</translation>
+        <source>ok;superseded;not sent;disconnected;back;cannot be used;new panel;no answer</source>
+        <translation>成功;已被取代;未发送;已断开;已恢复;无法使用;新面板;无应答</translation>
     </message>
     <message>
         <source>notice from;no widget;no such setting;language;true;false</source>
