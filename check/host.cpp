@@ -9,6 +9,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QFile>
 #include <QKeyEvent>
 #include <QSet>
 #include <QTimer>
@@ -256,6 +257,15 @@ QVariant Host::answer(const Request &request)
     const QByteArray block =
         unit.selector == statusSelector ? camera.readStatus().bytes : QByteArray();
     return QVariant::fromValue(extensionRecord(false, unit.selector, block));
+}
+
+std::chrono::milliseconds Host::ownTime()
+{
+    // In nanoseconds: running, waiting for a processor.
+    QFile file("/proc/thread-self/schedstat");
+    const bool isKnown = file.open(QIODevice::ReadOnly);
+    const qint64 waited = isKnown ? file.readAll().split(' ').value(1).toLongLong() : 0;
+    return realTime() - std::chrono::milliseconds(waited / 1000000);
 }
 
 std::chrono::milliseconds Host::realTime()

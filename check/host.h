@@ -70,6 +70,9 @@ public:
     std::chrono::milliseconds anyTime(int limit) { return std::chrono::milliseconds(any(limit)); }
 
     static std::chrono::milliseconds realTime(); ///< since the system started
+    /// The real time without the time that this thread has waited for a processor, so that other
+    /// programs do not matter.
+    static std::chrono::milliseconds ownTime();
     /// Whether the check may go on repeating, which takes long if the panel sleeps.
     bool hasTime() const { return realTime() - m_start < std::chrono::seconds(5); }
 

@@ -176,7 +176,7 @@ private Q_SLOTS:
         const QString picture = folder.filePath("tour.png");
         const QString trace = folder.filePath("trace");
         // Run both at the same time. Each takes several seconds, mostly waiting.
-        Host slow({"--tour", "--fault", "delay=20", "--status", "0,0,1,2,3", "--screenshot",
+        Host slow({"--tour", "--fault", "delay=100", "--status", "0,0,1,2,3", "--screenshot",
                    picture, "--trace", trace});
         Host unplugged({"--tour", "--fault", "unplugged", "--language", "zh"});
         Host ended({"--tour"});
