@@ -211,7 +211,7 @@ void Host::useDialog(QWidget *dialog)
         QVector<int> keys(2 + turn % 10, Qt::Key_Down);
         keys.first() = Qt::Key_Home;
         keys.last() = Qt::Key_Return;
-        for (const int key : keys) {
+        for (const int key : qAsConst(keys)) {
             if (target)
                 pressKey(target, key);
         }

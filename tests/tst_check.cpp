@@ -43,7 +43,8 @@ private Q_SLOTS:
         for (const char *const habits :
              {"", "opens-dialog,watches-clock,is-always-due,waits,fills-cache,is-huge"}) {
             const QString printed = check({FIXTURE}, habits);
-            QVERIFY2(checks > 0 && printed.count("\npassed ") == checks, qPrintable(printed));
+            QVERIFY2(checks > 0 && printed.count("\npassed ") == checks,
+                     qPrintable(printed.mid(printed.indexOf("\nFAILED"))));
         }
     }
 

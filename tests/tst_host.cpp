@@ -180,7 +180,7 @@ private Q_SLOTS:
                    picture, "--trace", trace});
         Host unplugged({"--tour", "--fault", "unplugged", "--language", "zh"});
         Host ended({"--tour"});
-        QVERIFY(QTest::qWaitFor([&] { return ended.process.peek(10000).contains("1. "); }));
+        QTRY_VERIFY_WITH_TIMEOUT(ended.process.peek(10000).contains("1. "), 60000);
         ended.process.terminate();
         QCOMPARE(ended.exitCode(), 1); // not a crash
 

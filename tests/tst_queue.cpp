@@ -270,6 +270,8 @@ private Q_SLOTS:
             else
                 for (const int setting : {0x07, 0x04})
                     held.send(setting, 1);
+            if (state != "nothing")
+                QTRY_COMPARE(held.camera->begun, 2);
             if (state.contains("ends"))
                 held.release();
             QSignalSpy reports(&held.queue, &TransferQueue::transferred);
