@@ -60,7 +60,8 @@ int main(int argc, char *argv[])
     const QString picture = QApplication::arguments().value(2);
     if (!picture.isEmpty()) {
         QTimer::singleShot(1000, &window, [&] {
-            const bool shown = qobject_cast<QWidget *>(instance.get())->isVisible();
+            const auto *const content = window.findChild<QWidget *>();
+            const bool shown = content && content->isVisible();
             QApplication::exit(shown && statusRead && window.grab().save(picture) ? 0 : 1);
         });
     }
