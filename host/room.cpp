@@ -26,13 +26,13 @@ double visit(qint64 time, qint64 period, double come, double leave)
 }
 
 template <typename Position>
-Person walker(Position position, qint64 time, double y, double height)
+Person walker(int number, Position position, qint64 time, double y, double height)
 {
     constexpr double fullSpeed = 1.2; // in centimetres per 40 ms
     constexpr double twoSteps = 110;
     const double x = position(time);
     const double turn = std::clamp((position(time + 40) - x) / fullSpeed, -1.0, 1.0);
-    return {{x, y}, height, turn, std::copysign(2 * M_PI * x / twoSteps, turn)};
+    return {number, {x, y}, height, turn, std::copysign(2 * M_PI * x / twoSteps, turn)};
 }
 
 /// A view whose middle is the subject's, as far as the walls allow. The subject fills `fill` of its
@@ -90,10 +90,11 @@ QVector<Person> peopleAt(qint64 time)
         return 700 - 160 * visit(ms, 61000, 16000, 40000);
     };
 
-    QVector<Person> people{walker(tracked, time, 336, 180)};
+    QVector<Person> people{walker(0, tracked, time, 336, 180)};
     // At the ends of the walk.
     people[0].raise = ramp(std::abs(people[0].feet.x() - whole.center().x()), 158, 164);
-    for (const Person &visitor : {walker(first, time, 304, 158), walker(second, time, 304, 168)}) {
+    for (const Person &visitor :
+         {walker(1, first, time, 304, 158), walker(2, second, time, 304, 168)}) {
         if (visitor.body().intersects(whole))
             people += visitor;
     }

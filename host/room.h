@@ -18,6 +18,7 @@ constexpr QRectF board(52, 24, 208, 116);
 
 struct Person
 {
+    int number; ///< 0: the tracked person; 1, 2: the visitors
     QPointF feet;
     double height;
     double turn = 0;   ///< where the person walks: -1 left, 1 right, 0 stands still

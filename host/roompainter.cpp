@@ -17,7 +17,7 @@ struct Colors
     bool longHair;
 };
 
-/// In the order of peopleAt().
+/// By the number of the person.
 constexpr Colors wardrobe[] = {{0xF2C29B, 0x5A3825, 0x2F8F83, 0x287B71, 0x34435E, false},
                                {0x9C6644, 0x2B1D18, 0xE0A030, 0xC38B2A, 0x5B4B8A, true},
                                {0xE9B48C, 0xB9622E, 0xC9525A, 0xAF474E, 0x4A5560, false}};
@@ -210,5 +210,5 @@ void paintRoom(QPainter &painter, const QVector<Person> &people, qint64 time)
     paintBoard(art);
     // The tracked person is in front.
     for (int i = people.size() - 1; i >= 0; --i)
-        paintPerson(art, people.at(i), wardrobe[i]);
+        paintPerson(art, people.at(i), wardrobe[people.at(i).number]);
 }

@@ -6,6 +6,7 @@
 #include <QSignalSpy>
 
 #include <cerrno>
+#include <map>
 #include <utility>
 
 using namespace TrackingProtocol;
@@ -37,14 +38,20 @@ void TestRoom::theSubjectIsInView()
         {{0, 1, 3, 1, 0}, Nothing, 0, 0},     {{0, 1, 0, 1, 4}, Nothing, 0, 0},
     };
     QSet<int> crowds;
+    std::map<int, double> places;
     QSet<bool> hands;
     for (qint64 time = 0; time < 200000; time += 200) {
         const People people = Room::peopleAt(time);
         crowds += people.size();
         hands += people[0].raisedHand().isNull();
         QRectF bodies;
-        for (const Room::Person &person : people)
+        for (const Room::Person &person : people) {
             bodies |= person.body() & Room::whole;
+            // Nobody turns into somebody else when a third one leaves.
+            const auto &[number, place] = *places.emplace(person.number, person.feet.x()).first;
+            QVERIFY(qAbs(person.feet.x() - place) < 50);
+            places[number] = person.feet.x();
+        }
         const QRectF subjects[] = {Room::whole,
                                    Room::board,
                                    people[0].headAndChest(),
