@@ -20,6 +20,9 @@ class TransferQueue : public QObject
 {
     Q_OBJECT
 public:
+    /// Transfer::meaning of the event that the camera is back.
+    static constexpr const char *backMeaning = "back";
+
     /// With ReadOnly, commands are reported as not sent.
     explicit TransferQueue(std::shared_ptr<Camera> camera,
                            Camera::Access access = Camera::ReadWrite);

@@ -75,7 +75,7 @@ void TransferQueue::State::openCamera(std::unique_lock<std::mutex> &lock)
         refuse(refusal);
     } else if (isRefused() || condition.state == CameraCondition::Opening) {
         if (isRefused())
-            report({Transfer::Event, 0, 0, {}, "back"}, Transfer::Succeeded);
+            report({Transfer::Event, 0, 0, {}, backMeaning}, Transfer::Succeeded);
         condition.state = CameraCondition::Connected;
         pause = 0ms;
         readPause = {};

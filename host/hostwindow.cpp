@@ -26,39 +26,8 @@ constexpr int panelWidth = 374;
 constexpr int windowWidth = 1270;
 constexpr int windowHeight = 660;
 
-} // namespace
-
-HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedCamera *simulated)
-    : m_panelContainer(new QWidget)
-    , m_reset(new QPushButton(tr("Reset to defaults")))
-    , m_status(new StatusLine(queue))
+QWidget *makeRightColumn(SimulatedCamera *simulated, TracePanel *trace, int margin)
 {
-    setWindowTitle(tr("Camera control"));
-    const double scale = std::max(1.0, logicalDpiX() / 96.0);
-    const int margin = qRound(10 * scale);
-
-    auto *panelLayout = new QVBoxLayout(m_panelContainer);
-    panelLayout->setContentsMargins(0, 0, 0, 0);
-    panelLayout->addStretch();
-    m_panelContainer->setMinimumWidth(qRound(panelWidth * scale));
-    m_panelContainer->installEventFilter(this);
-    auto *panelArea = new QScrollArea;
-    panelArea->setWidget(m_panelContainer);
-    panelArea->setWidgetResizable(true);
-    panelArea->setFrameShape(QFrame::NoFrame);
-    panelArea->setFocusPolicy(Qt::NoFocus);
-    panelArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    panelArea->setMinimumWidth(m_panelContainer->minimumWidth() +
-                               panelArea->verticalScrollBar()->sizeHint().width());
-    m_reset->setObjectName("pb_reset");
-    m_reset->setFont(Look::font());
-    connect(m_reset, &QPushButton::clicked, this, &HostWindow::resetRequested);
-    auto *left = new QWidget;
-    auto *leftLayout = new QVBoxLayout(left);
-    leftLayout->setContentsMargins(0, 0, 0, 0);
-    leftLayout->addWidget(panelArea, 1);
-    leftLayout->addWidget(m_reset, 0, Qt::AlignHCenter);
-
     auto *right = new QSplitter(Qt::Vertical);
     right->setFont(Look::font());
     right->setHandleWidth(margin);
@@ -70,18 +39,32 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
         cameraLayout->addWidget(new CameraPanel(*simulated), 1);
         right->addWidget(camera);
     }
-    auto *trace = new TracePanel;
     right->addWidget(trace);
     right->setStretchFactor(right->indexOf(trace), 1);
     right->setCollapsible(right->indexOf(trace), false);
+    return right;
+}
 
+} // namespace
+
+HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedCamera *simulated)
+    : m_panelContainer(new QWidget)
+    , m_reset(new QPushButton(tr("Reset to defaults")))
+    , m_status(new StatusLine(queue))
+{
+    setWindowTitle(tr("Camera control"));
+    const double scale = std::max(1.0, logicalDpiX() / 96.0);
+    const int margin = qRound(10 * scale);
+
+    QWidget *const left = makeLeftColumn(scale);
+    auto *trace = new TracePanel;
     auto *columns = new QSplitter(Qt::Horizontal);
     columns->setHandleWidth(margin);
     columns->setChildrenCollapsible(false);
     columns->addWidget(left);
-    columns->addWidget(right);
+    columns->addWidget(makeRightColumn(simulated, trace, margin));
     columns->setStretchFactor(1, 1);
-    columns->setSizes({panelArea->minimumWidth(), qRound(windowWidth * scale)});
+    columns->setSizes({left->minimumSizeHint().width(), qRound(windowWidth * scale)});
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(margin, margin, margin, margin);
     layout->addWidget(columns, 1);
@@ -103,6 +86,32 @@ HostWindow::HostWindow(TransferQueue &queue, CommandChannel &channel, SimulatedC
     resize(size);
 
     connect(&channel, &CommandChannel::transferred, trace, &TracePanel::add);
+}
+
+QWidget *HostWindow::makeLeftColumn(double scale)
+{
+    auto *panelLayout = new QVBoxLayout(m_panelContainer);
+    panelLayout->setContentsMargins(0, 0, 0, 0);
+    panelLayout->addStretch();
+    m_panelContainer->setMinimumWidth(qRound(panelWidth * scale));
+    m_panelContainer->installEventFilter(this);
+    auto *panelArea = new QScrollArea;
+    panelArea->setWidget(m_panelContainer);
+    panelArea->setWidgetResizable(true);
+    panelArea->setFrameShape(QFrame::NoFrame);
+    panelArea->setFocusPolicy(Qt::NoFocus);
+    panelArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    panelArea->setMinimumWidth(m_panelContainer->minimumWidth() +
+                               panelArea->verticalScrollBar()->sizeHint().width());
+    m_reset->setObjectName("pb_reset");
+    m_reset->setFont(Look::font());
+    connect(m_reset, &QPushButton::clicked, this, &HostWindow::resetRequested);
+    auto *left = new QWidget;
+    auto *leftLayout = new QVBoxLayout(left);
+    leftLayout->setContentsMargins(0, 0, 0, 0);
+    leftLayout->addWidget(panelArea, 1);
+    leftLayout->addWidget(m_reset, 0, Qt::AlignHCenter);
+    return left;
 }
 
 bool HostWindow::eventFilter(QObject *watched, QEvent *event)

@@ -33,6 +33,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    QWidget *makeLeftColumn(double scale);
     void putPanelFirst();
 
     QWidget *m_panelContainer;

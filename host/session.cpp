@@ -58,7 +58,8 @@ void Session::takeReport(const Transfer &transfer)
     const bool isRefused = m_queue.condition().state == CameraCondition::Refused;
     if (m_placeholder && (transfer.isStatusRead() || isRefused))
         createPanel();
-    else if (transfer.direction == Transfer::Event && transfer.meaning == "back")
+    else if (transfer.direction == Transfer::Event &&
+             transfer.meaning == TransferQueue::backMeaning)
         renewPanel();
 }
 

@@ -86,11 +86,6 @@ TracePanel::TracePanel(int maximumRows)
     setUpTable();
 }
 
-QSize TracePanel::sizeHint() const
-{
-    return QGroupBox::sizeHint().expandedTo({m_wantedWidth, 0});
-}
-
 void TracePanel::addTools(QHBoxLayout &tools)
 {
     m_filter->setPlaceholderText(tr("Filter"));
@@ -134,9 +129,6 @@ void TracePanel::setUpTable()
                "ETIMEDOUT", "FF FF FF FF FF FF"});
     m_table->resizeColumnsToContents();
     m_table->removeRow(0);
-    const QMargins margins = contentsMargins() + layout()->contentsMargins();
-    m_wantedWidth = header->length() + m_table->verticalScrollBar()->sizeHint().width() +
-                    2 * m_table->frameWidth() + margins.left() + margins.right();
     header->setSectionResizeMode(Meaning, QHeaderView::Stretch);
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);

@@ -28,9 +28,6 @@ public:
 
     void add(const Transfer &transfer);
 
-    /// Wide enough for the usual texts of all columns.
-    QSize sizeHint() const override;
-
 private:
     void addTools(QHBoxLayout &tools);
     void setUpTable();
@@ -49,7 +46,6 @@ private:
     QLineEdit *m_filter;
     QTableWidget *m_table;
     QLabel *m_noMatch; ///< in the table's place if the filter hides all rows
-    int m_wantedWidth = 0;
     QFont m_byteFont{"monospace", Look::textPoints};
     QHash<QByteArray, QByteArray> m_lastOfKind;
     int m_lastRead = -1;   ///< row of the last status read; -1 after a command or event

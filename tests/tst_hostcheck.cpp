@@ -29,6 +29,31 @@ class TestHostCheck : public Test
     static inline QStringList lines; // that the panel has logged
     static inline QtMessageHandler usualHandler = nullptr;
 
+    /// Whether this row has the fault.
+    static bool is(const char *fault) { return qstrcmp(QTest::currentDataTag(), fault) == 0; }
+
+    QVariant answer(int kind, const QVariant &record)
+    {
+        if (kind == ChannelRequest::Setting) {
+            if (record.value<SettingData>().name != "language")
+                return {};
+            return is("language as text") ? QVariant("1") : QVariant(1);
+        }
+        auto unit = record.value<ExtensionUnit>();
+        m_hasWritten =
+            m_hasWritten || kind != ChannelRequest::Extension || unit.write || unit.selector != 8;
+        if (is("foreign record"))
+            return QVariant::fromValue(SettingData());
+        if (is("slow"))
+            VirtualTime::now += 1100ms;
+        unit.selector = is("selector 7") ? 7 : 8;
+        unit.length = is("length 300") ? 300 : 60;
+        unit.data[254] = is("leftovers") ? 1 : 0;
+        return QVariant::fromValue(unit);
+    }
+
+    bool m_hasWritten = false;
+
 private Q_SLOTS:
     void referenceHost()
     {
@@ -72,9 +97,6 @@ private Q_SLOTS:
     void hosts()
     {
         QFETCH(QString, expected);
-        const auto is = [](const char *fault) {
-            return qstrcmp(QTest::currentDataTag(), fault) == 0;
-        };
         VirtualTime::start();
         lines.clear();
         usualHandler = qInstallMessageHandler(listen);
@@ -91,24 +113,9 @@ private Q_SLOTS:
         auto *const api = qobject_cast<OrvPluginApi *>(panel);
         QVERIFY2(api, qPrintable(loader.errorString()));
         auto host = std::make_unique<PanelWindow>();
-        bool hasWritten = false;
-        const auto channel = [&](int kind, const QVariant &record) -> QVariant {
-            if (kind == ChannelRequest::Setting) {
-                if (record.value<SettingData>().name != "language")
-                    return {};
-                return is("language as text") ? QVariant("1") : QVariant(1);
-            }
-            auto unit = record.value<ExtensionUnit>();
-            hasWritten =
-                hasWritten || kind != ChannelRequest::Extension || unit.write || unit.selector != 8;
-            if (is("foreign record"))
-                return QVariant::fromValue(SettingData());
-            if (is("slow"))
-                VirtualTime::now += 1100ms;
-            unit.selector = is("selector 7") ? 7 : 8;
-            unit.length = is("length 300") ? 300 : 60;
-            unit.data[254] = is("leftovers") ? 1 : 0;
-            return QVariant::fromValue(unit);
+        m_hasWritten = false;
+        const auto channel = [this](int kind, const QVariant &record) {
+            return answer(kind, record);
         };
         QTimer freezer;
         connect(&freezer, &QTimer::timeout, host->container,
@@ -138,7 +145,7 @@ private Q_SLOTS:
         const QStringList others = lines.mid(end + 1).filter(QRegularExpression("^(?!passed: )"));
         QVERIFY2(QRegularExpression('^' + expected + '$').match(others.join('\n')).hasMatch(),
                  qPrintable(lines.join('\n')));
-        QVERIFY(!hasWritten);
+        QVERIFY(!m_hasWritten);
     }
 };
 
