@@ -152,8 +152,18 @@ private Q_SLOTS:
         QTRY_COMPARE(created.size(), 2);
         QVERIFY(showsSport());
 
+        // The user asks for a new panel after a command failed.
+        const auto failures = [&] {
+            return session.queue().condition().failedCommands.size();
+        };
+        faults = noFaults;
+        faults[Fault::RefuseWrites] = 1;
+        camera->setFaults(faults);
+        window.findChild<QAbstractButton *>("rb_hand")->click();
+        QTRY_COMPARE(failures(), 1U);
         camera->setValue(TrackingProtocol::Mode, 1);
         session.renewPanel();
+        QCOMPARE(failures(), 0U);
         QVERIFY(!window.findChild<QAbstractButton *>("rb_sport"));
         session.renewPanel(); // already on its way
         QTRY_COMPARE(created.size(), 3);
